@@ -1,0 +1,44 @@
+#include "prompter.h"
+
+#include "stderrprompter.h"
+
+namespace pg {
+
+namespace {
+
+Prompter *&current()
+{
+    static StderrPrompter fallback;
+    static Prompter *installed = &fallback;
+    return installed;
+}
+
+} // namespace
+
+Prompter &prompter()
+{
+    return *current();
+}
+
+PrompterScope::PrompterScope(Prompter &replacement)
+    : m_previous(current())
+{
+    current() = &replacement;
+}
+
+PrompterScope::~PrompterScope()
+{
+    current() = m_previous;
+}
+
+Answer msgBox(const QString &text, Buttons buttons, Icon icon, const QString &title)
+{
+    return prompter().ask(Message{text, title, icon, buttons});
+}
+
+void endProcess(int exitCode)
+{
+    prompter().endProcess(exitCode);
+}
+
+} // namespace pg
