@@ -1,0 +1,90 @@
+#include "erprecord.h"
+
+#include "core/cp1252.h"
+
+#include <QtGlobal>
+
+namespace pg::archives {
+
+namespace {
+
+const ArchiveLayout &layoutOf(int archive)
+{
+    const ArchiveLayout *layout = RecordLayouts::instance().archive(archive);
+    if (!layout)
+        qFatal("No record layout for archive %d", archive);
+    return *layout;
+}
+
+} // namespace
+
+ErpRecord::ErpRecord(int archive, const QString &recordType)
+    : m_layout(&layoutOf(archive))
+    , m_buffer(m_layout->length, ' ')
+{
+    setRecordType(recordType);
+}
+
+void ErpRecord::setRecordType(const QString &recordType)
+{
+    m_type = recordType;
+    if (recordType != QStringLiteral("*") && m_layout->field(QStringLiteral("*"), QStringLiteral("tipo_rec")))
+        setText(QStringLiteral("tipo_rec"), recordType);
+}
+
+const FieldDef &ErpRecord::fieldDef(const QString &field) const
+{
+    const FieldDef *f = m_layout->field(m_type, field);
+    if (!f)
+        qFatal("Archive %d has no field %s in records of type '%s'", m_layout->number,
+               qPrintable(field), qPrintable(m_type));
+    return *f;
+}
+
+QByteArrayView ErpRecord::bytes(const FieldDef &field) const
+{
+    if (m_buffer.size() < field.offset + field.width)
+        return {};
+    return QByteArrayView(m_buffer).sliced(field.offset, field.width);
+}
+
+QString ErpRecord::text(const QString &field) const
+{
+    const FieldDef &f = fieldDef(field);
+    QByteArray raw = bytes(f).toByteArray();
+    raw.replace('\0', ' ');
+    if (raw.size() < f.width)
+        raw.append(QByteArray(f.width - raw.size(), ' '));
+    return cp1252::decode(raw);
+}
+
+void ErpRecord::setText(const QString &field, const QString &value)
+{
+    const FieldDef &f = fieldDef(field);
+    QByteArray raw = cp1252::encode(value).left(f.width);
+    raw.append(QByteArray(f.width - raw.size(), ' '));
+    if (m_buffer.size() < m_layout->length)
+        m_buffer.append(QByteArray(m_layout->length - m_buffer.size(), ' '));
+    m_buffer.replace(f.offset, f.width, raw);
+}
+
+double ErpRecord::number(const QString &field) const
+{
+    bool ok = false;
+    const double v = text(field).trimmed().toDouble(&ok);
+    return ok ? v : 0.0;
+}
+
+void ErpRecord::setNumber(const QString &field, double value, int decimals)
+{
+    const FieldDef &f = fieldDef(field);
+    setText(field, QString::number(value, 'f', decimals).rightJustified(f.width, u' '));
+}
+
+void ErpRecord::clear()
+{
+    m_buffer.fill(' ', m_layout->length);
+    setRecordType(m_type);
+}
+
+} // namespace pg::archives

@@ -1,0 +1,154 @@
+#include "recordlayout.h"
+
+#include <QFile>
+
+#include <algorithm>
+
+namespace pg::archives {
+
+const FieldDef *ArchiveLayout::field(const QString &recordType, const QString &fieldName) const
+{
+    for (const QString &type : {recordType, QStringLiteral("*")}) {
+        const auto t = m_index.constFind(type);
+        if (t == m_index.constEnd())
+            continue;
+        const auto f = t->constFind(fieldName);
+        if (f != t->constEnd())
+            return &m_fields.constFind(type)->at(*f);
+    }
+    return nullptr;
+}
+
+QList<FieldDef> ArchiveLayout::fields(const QString &recordType) const
+{
+    QList<FieldDef> out = m_fields.value(QStringLiteral("*"));
+    if (recordType != QStringLiteral("*"))
+        out += m_fields.value(recordType);
+    std::stable_sort(out.begin(), out.end(),
+                     [](const FieldDef &a, const FieldDef &b) { return a.offset < b.offset; });
+    return out;
+}
+
+QStringList ArchiveLayout::recordTypes() const
+{
+    QStringList out;
+    for (auto it = m_fields.cbegin(); it != m_fields.cend(); ++it)
+        if (it.key() != QStringLiteral("*"))
+            out << it.key();
+    return out;
+}
+
+const QList<FieldDef> &ArchiveLayout::keyFields(int key) const
+{
+    static const QList<FieldDef> none;
+    const auto it = m_keys.constFind(key);
+    return it == m_keys.constEnd() ? none : *it;
+}
+
+int ArchiveLayout::keyLength(int key) const
+{
+    int n = 0;
+    for (const FieldDef &f : keyFields(key))
+        n += f.width;
+    return n;
+}
+
+QByteArray ArchiveLayout::keyOf(const QByteArray &record, int key) const
+{
+    QByteArray out;
+    out.reserve(keyLength(key));
+    for (const FieldDef &f : keyFields(key)) {
+        QByteArray part = record.mid(f.offset, f.width);
+        if (part.size() < f.width)
+            part.append(QByteArray(f.width - part.size(), ' '));
+        out += part;
+    }
+    return out;
+}
+
+RecordLayouts RecordLayouts::parse(const QString &text, QString *error)
+{
+    RecordLayouts layouts;
+    const QStringList lines = text.split(u'\n');
+    auto fail = [&](int lineNumber, const QString &why) {
+        if (error)
+            *error = QStringLiteral("Tracciati record, riga %1: %2").arg(lineNumber).arg(why);
+        return RecordLayouts();
+    };
+    for (int i = 0; i < lines.size(); ++i) {
+        const QString line = lines.at(i).trimmed();
+        if (line.isEmpty() || line.startsWith(u'#'))
+            continue;
+        const QStringList parts = line.split(u' ', Qt::SkipEmptyParts);
+        const QString kind = parts.first();
+        bool ok = parts.size() >= 2;
+        const int archive = ok ? parts.at(1).toInt(&ok) : 0;
+        if (!ok)
+            return fail(i + 1, QStringLiteral("numero di archivio mancante"));
+        if (kind == QStringLiteral("ARCHIVE")) {
+            ArchiveLayout a;
+            a.number = archive;
+            a.length = parts.value(2).toInt(&ok);
+            if (!ok || a.length <= 0)
+                return fail(i + 1, QStringLiteral("lunghezza del record non valida"));
+            a.name = parts.mid(3).join(u' ');
+            layouts.m_archives.insert(archive, a);
+            continue;
+        }
+        auto it = layouts.m_archives.find(archive);
+        if (it == layouts.m_archives.end())
+            return fail(i + 1, QStringLiteral("archivio %1 non dichiarato").arg(archive));
+        ArchiveLayout &a = *it;
+        if (kind == QStringLiteral("KEY")) {
+            const int key = parts.value(2).toInt(&ok);
+            if (!ok || parts.size() < 4)
+                return fail(i + 1, QStringLiteral("chiave non valida"));
+            QList<FieldDef> keyFields;
+            for (const QString &name : parts.mid(3)) {
+                const FieldDef *f = a.field(QStringLiteral("*"), name);
+                if (!f)
+                    return fail(i + 1, QStringLiteral("campo di chiave %1 non dichiarato").arg(name));
+                keyFields << *f;
+            }
+            a.m_keys.insert(key, keyFields);
+        } else if (kind == QStringLiteral("FIELD")) {
+            if (parts.size() != 6)
+                return fail(i + 1, QStringLiteral("campo incompleto"));
+            QString type = parts.at(2);
+            type.replace(u'_', u' ');
+            FieldDef f{parts.at(3), parts.at(4).toInt(&ok), 0};
+            bool okWidth = false;
+            f.width = parts.at(5).toInt(&okWidth);
+            if (!ok || !okWidth || f.offset < 0 || f.width <= 0 || f.offset + f.width > a.length)
+                return fail(i + 1, QStringLiteral("posizione del campo %1 fuori dal record").arg(f.name));
+            a.m_index[type].insert(f.name, int(a.m_fields[type].size()));
+            a.m_fields[type].append(f);
+        } else {
+            return fail(i + 1, QStringLiteral("riga sconosciuta: %1").arg(kind));
+        }
+    }
+    return layouts;
+}
+
+const RecordLayouts &RecordLayouts::instance()
+{
+    static const RecordLayouts layouts = [] {
+        QFile file(QStringLiteral(":/layouts/tracciati.txt"));
+        if (!file.open(QIODevice::ReadOnly))
+            qFatal("The record layouts are missing from the program.");
+        QString error;
+        RecordLayouts parsed = parse(QString::fromUtf8(file.readAll()), &error);
+        if (!error.isEmpty())
+            qFatal("%s", qPrintable(error));
+        return parsed;
+    }();
+    return layouts;
+}
+
+const ArchiveLayout *RecordLayouts::archive(int number) const
+{
+    const auto it = m_archives.constFind(number);
+    return it == m_archives.constEnd() ? nullptr : &*it;
+}
+
+} // namespace pg::archives

@@ -1,0 +1,64 @@
+#pragma once
+
+#include <QByteArray>
+#include <QHash>
+#include <QList>
+#include <QMap>
+#include <QString>
+
+namespace pg::archives {
+
+// One field of a record: where it lies in the single-byte buffer.
+struct FieldDef
+{
+    QString name;
+    int offset = 0;
+    int width = 0;
+};
+
+// The layout of one archive: record length, the keys and the fields of each record type.
+// Fields of type "*" are common to every record of the archive.
+class ArchiveLayout
+{
+public:
+    int number = 0;
+    int length = 0;
+    QString name;
+
+    // The field of that record type (or a common one); nullptr when there is none.
+    const FieldDef *field(const QString &recordType, const QString &fieldName) const;
+    // Every field of the record type, common ones first, in offset order.
+    QList<FieldDef> fields(const QString &recordType) const;
+    QStringList recordTypes() const; // without "*"
+
+    bool hasKey(int key) const { return m_keys.contains(key); }
+    QList<int> keyNumbers() const { return m_keys.keys(); }
+    const QList<FieldDef> &keyFields(int key) const;
+    int keyLength(int key) const;
+    // The key of a record: its key fields' bytes one after the other.
+    QByteArray keyOf(const QByteArray &record, int key) const;
+
+private:
+    friend class RecordLayouts;
+    QMap<QString, QList<FieldDef>> m_fields; // record type -> fields
+    QHash<QString, QHash<QString, int>> m_index;
+    QMap<int, QList<FieldDef>> m_keys;
+};
+
+// The record layouts of every archive, from the program's layout table (data/layouts).
+class RecordLayouts
+{
+public:
+    // The layouts shipped with the program.
+    static const RecordLayouts &instance();
+    // Parses a layout table; on a malformed line returns an empty set and describes it.
+    static RecordLayouts parse(const QString &text, QString *error);
+
+    const ArchiveLayout *archive(int number) const;
+    QList<int> archiveNumbers() const { return m_archives.keys(); }
+
+private:
+    QMap<int, ArchiveLayout> m_archives;
+};
+
+} // namespace pg::archives
