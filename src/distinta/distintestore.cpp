@@ -1,0 +1,435 @@
+#include "distintestore.h"
+
+#include "erpwriteback.h"
+#include "programvalues.h"
+#include "raggruppamento.h"
+#include "tablesql.h"
+
+#include "core/distintacode.h"
+#include "core/prompter.h"
+#include "core/vbdate.h"
+#include "core/vbformat.h"
+#include "localdb/databaseconnection.h"
+#include "startup/dberror.h"
+#include "startup/errortrap.h"
+
+#include <QHash>
+#include <QSqlQuery>
+#include <QSqlRecord>
+
+namespace pg::distinta {
+
+namespace {
+
+const QLatin1StringView TbTestata("TB_TESTATA");
+const QLatin1StringView TbRighe("TB_RIGHE");
+const QLatin1StringView TbRigheRagg("TB_RIGHE_RAGG");
+
+const QString RowsOfDistinta = QStringLiteral(
+    "WHERE cod_distinta = ? ORDER BY cod_clifor, dat_data_doc, des_serie_doc, des_num_doc, "
+    "des_num_rata, rowid");
+
+QSqlQuery run(QSqlDatabase &db, const QString &sql, const QVariantList &binds = {})
+{
+    QSqlQuery query(db);
+    query.setForwardOnly(true);
+    if (!query.prepare(sql))
+        throw databaseError(query.lastError());
+    for (const QVariant &v : binds)
+        query.addBindValue(v);
+    if (!query.exec())
+        throw databaseError(query.lastError());
+    return query;
+}
+
+AppError applicationError(qint32 number, const QString &description, const QString &source)
+{
+    return AppError(number, description, source);
+}
+
+// Counts, over all distinte, the rows of each due item of one distinta: one query for the
+// whole save, made the first time a count is needed, on a connection of its own.
+class RowCounter
+{
+public:
+    RowCounter(QString databasePath, QString code)
+        : m_path(std::move(databasePath))
+        , m_code(std::move(code))
+    {
+    }
+
+    int operator()(const QString &key)
+    {
+        if (!m_loaded) {
+            DatabaseConnection conn(m_path);
+            if (!conn.isOpen())
+                throw AppError(AppError::DatabaseBase + conn.errorCode(), conn.errorText());
+            QSqlQuery q = run(conn.database(),
+                              QStringLiteral("SELECT flg_flag_colpar, des_link_orvida, COUNT(*) "
+                                             "FROM TB_RIGHE WHERE (flg_flag_colpar, des_link_orvida) IN "
+                                             "(SELECT flg_flag_colpar, des_link_orvida FROM TB_RIGHE "
+                                             "WHERE cod_distinta = ?) "
+                                             "GROUP BY flg_flag_colpar, des_link_orvida"),
+                              {m_code});
+            while (q.next())
+                m_counts.insert(Riga::keyOf(q.value(0).toString(), q.value(1).toString()),
+                                q.value(2).toInt());
+            m_loaded = true;
+        }
+        return m_counts.value(key, 0);
+    }
+
+private:
+    QString m_path;
+    QString m_code;
+    bool m_loaded = false;
+    QHash<QString, int> m_counts;
+};
+
+} // namespace
+
+DistinteStore::DistinteStore(archives::ErpSession *erp)
+    : m_erp(erp)
+    , m_groupTemplate(defaultGroupDescriptionTemplate())
+{
+}
+
+DistinteStore::~DistinteStore() = default;
+
+QString DistinteStore::connectionStringFor(const QString &path)
+{
+    return QStringLiteral("Data Source=") + path + u';';
+}
+
+void DistinteStore::setGroupDescriptionTemplate(const QString &text)
+{
+    m_groupTemplate = text.leftJustified(30, u' ', true);
+}
+
+QString DistinteStore::databasePath() const
+{
+    const QString marker = QStringLiteral("Data Source=");
+    const int at = int(m_conn.indexOf(marker, 0, Qt::CaseInsensitive));
+    if (at < 0)
+        return m_filespec;
+    const int start = at + int(marker.size());
+    const int end = int(m_conn.indexOf(u';', start));
+    return m_conn.mid(start, end < 0 ? -1 : end - start);
+}
+
+std::unique_ptr<DatabaseConnection> DistinteStore::open() const
+{
+    const QString path = databasePath();
+    auto conn = std::make_unique<DatabaseConnection>(path);
+    if (!conn->isOpen())
+        throw AppError(AppError::DatabaseBase + conn->errorCode(),
+                       QStringLiteral("Impossibile aprire il database %1: %2")
+                           .arg(path, conn->errorText()));
+    return conn;
+}
+
+void DistinteStore::Nuovo(Distinta &d)
+{
+    auto conn = open();
+    QSqlQuery q = run(conn->database(),
+                      QStringLiteral("SELECT MAX(cod_distinta) AS MaxValue FROM TB_TESTATA"));
+    double maxValue = 0;
+    if (q.next() && !q.value(0).isNull()) {
+        bool ok = false;
+        maxValue = q.value(0).toString().trimmed().toDouble(&ok);
+        if (!ok)
+            throw AppError(AppError::TypeMismatch, QStringLiteral("Type mismatch"));
+    }
+    // The number is kept in 16 bits: past 32767 the distinte are full, and that is an error.
+    const qint16 number = vb::cint(maxValue + 1);
+
+    d = Distinta();
+    const ProgramValues &values = programValues();
+    Testata header;
+    header.cod_distinta = formatDistintaCode(number);
+    header.dat_data_creazione = dates::today();
+    header.dat_data_valuta = dates::today();
+    header.flg_tipo = values.tipoDistinta;
+    header.flg_stato = QStringLiteral("P");
+    header.cod_valuta = values.codValuta;
+    header.des_valuta = values.desValuta;
+    d.testata.append(header);
+    m_released.clear();
+}
+
+void DistinteStore::Leggi(Distinta &d, const QString &code)
+{
+    auto conn = open();
+    QSqlDatabase &db = conn->database();
+    Distinta read;
+    read.testata.load(sql::readRows<Testata>(db, TbTestata, QStringLiteral("WHERE cod_distinta = ?"), {code}));
+    read.righe.load(sql::readRows<Riga>(db, TbRighe, RowsOfDistinta, {code}));
+    read.righeRagg.load(sql::readRows<Riga>(db, TbRigheRagg, RowsOfDistinta, {code}));
+    d = std::move(read);
+}
+
+std::optional<QString> DistinteStore::Esiste(QString &code, int direction)
+{
+    QString sql;
+    QString fallback;
+    switch (direction) {
+    case 0:
+        sql = QStringLiteral("SELECT cod_distinta FROM TB_TESTATA WHERE cod_distinta = ?");
+        break;
+    case 1:
+        // The next code in the index's order, as the database yields it.
+        sql = QStringLiteral("SELECT cod_distinta FROM TB_TESTATA WHERE cod_distinta > ? "
+                             "ORDER BY cod_distinta LIMIT 1");
+        fallback = QStringLiteral("SELECT cod_distinta FROM TB_TESTATA ORDER BY cod_distinta DESC LIMIT 1");
+        break;
+    case 2:
+        if (code.trimmed().isEmpty())
+            code = QStringLiteral("zzzzzzzzzz");
+        sql = QStringLiteral("SELECT cod_distinta FROM TB_TESTATA WHERE cod_distinta < ? "
+                             "ORDER BY cod_distinta DESC LIMIT 1");
+        fallback = QStringLiteral("SELECT cod_distinta FROM TB_TESTATA ORDER BY cod_distinta LIMIT 1");
+        break;
+    default:
+        return std::nullopt;
+    }
+    auto conn = open();
+    QSqlQuery q = run(conn->database(), sql, {code});
+    if (q.next())
+        return q.value(0).toString();
+    if (fallback.isEmpty())
+        return std::nullopt;
+    QSqlQuery f = run(conn->database(), fallback);
+    if (f.next())
+        return f.value(0).toString();
+    return std::nullopt;
+}
+
+bool DistinteStore::ValidaDati(const Distinta &d)
+{
+    const Testata header = d.hasHeader() ? d.header() : Testata();
+    auto refuse = [](const QString &text) {
+        msgBox(text, Buttons::Ok, Icon::Exclamation);
+        return false;
+    };
+    if (!header.dat_data_valuta.isValid())
+        return refuse(QStringLiteral("Inserire la data valuta!"));
+    if (!header.dat_data_creazione.isValid())
+        return refuse(QStringLiteral("Inserire la data di creazione distinta!"));
+    if (header.cod_abi_banca.trimmed().isEmpty()) {
+        refuse(QStringLiteral("Inserire la banca di presentazione!"));
+        if (m_focus)
+            m_focus(HeaderField::BancaPresentazione);
+        return false;
+    }
+    if (header.cod_cab_banca.trimmed().isEmpty()) {
+        refuse(QStringLiteral("Inserire la agenzia di presentazione!"));
+        if (m_focus)
+            m_focus(HeaderField::AgenziaPresentazione);
+        return false;
+    }
+    if (d.righe.isEmpty())
+        return refuse(QStringLiteral("Imposssibile salvare non esistono righe!"));
+    return true;
+}
+
+bool DistinteStore::Salva(Distinta &d, bool askFirst, bool noRegroup)
+{
+    if (askFirst && msgBox(QStringLiteral("Salva le modifiche alla Distinta?"), Buttons::YesNo,
+                           Icon::Question) == Answer::No)
+        return false;
+    if (!ValidaDati(d))
+        return false;
+
+    std::unique_ptr<DatabaseConnection> conn;
+    std::unique_ptr<Transaction> transaction;
+    try {
+        conn = open();
+        QSqlDatabase &db = conn->database();
+        transaction = std::make_unique<Transaction>(db);
+        if (!noRegroup && !underTrap(QStringLiteral("clsDistinte!RaggruppaRighe"),
+                                     [&] { raggruppaRighe(d, m_groupTemplate); }))
+            return false; // the transaction rolls back: nothing was written
+        const QList<qint64> header = sql::writeChanges(db, TbTestata, d.testata);
+        const QList<qint64> rows = sql::writeChanges(db, TbRighe, d.righe);
+        const QList<qint64> groups = sql::writeChanges(db, TbRigheRagg, d.righeRagg);
+        transaction->commit();
+        d.testata.acceptChanges(header);
+        d.righe.acceptChanges(rows);
+        d.righeRagg.acceptChanges(groups);
+        transaction.reset();
+        conn.reset();
+
+        // The local distinta is committed before any due item of the suite is touched.
+        writeBackOnSave(d);
+        m_released.clear();
+        return true;
+    } catch (const ProcessEnded &) {
+        throw;
+    } catch (...) {
+        const AppError error = errorFromException(std::current_exception());
+        if (error.number() > 0)
+            ErrTrap(QStringLiteral("frmMain!Sub Salva()"), error);
+        else
+            msgBox(error.description());
+        if (transaction)
+            transaction->rollback();
+        return false;
+    }
+}
+
+void DistinteStore::writeBackOnSave(Distinta &d)
+{
+    if (!m_erp)
+        throw AppError(AppError::ObjectErrorBase + 513,
+                       QStringLiteral("Errore in ricerca archivi [orvida]"), QStringLiteral("Salva"));
+    ErpWriteBack writeBack(*m_erp);
+    if (!m_released.isEmpty())
+        writeBack.releaseRemoved(m_released, programValues().nuovaDistinta);
+
+    const Testata &header = d.header();
+    RowCounter counter(databasePath(), header.cod_distinta);
+    for (int i = 0; i < d.righe.size(); ++i) {
+        switch (writeBack.update(d.righe.at(i), header, std::ref(counter))) {
+        case ErpWriteBack::Outcome::Done:
+            break;
+        case ErpWriteBack::Outcome::ReadFailed:
+            throw applicationError(ErrSalvaRicerca, QStringLiteral("Errore in ricerca archivi [orvida]"),
+                                   QStringLiteral("Salva"));
+        case ErpWriteBack::Outcome::RewriteFailed:
+            throw applicationError(ErrSalvaAggiornamento,
+                                   QStringLiteral("Errore in aggiornamento archivi [orvida]"),
+                                   QStringLiteral("Salva"));
+        }
+    }
+}
+
+bool DistinteStore::SalvaDesc(Distinta &d)
+{
+    try {
+        auto conn = open();
+        Transaction transaction(conn->database());
+        const QList<qint64> groups = sql::writeChanges(conn->database(), TbRigheRagg, d.righeRagg);
+        transaction.commit();
+        d.righeRagg.acceptChanges(groups);
+        return true;
+    } catch (const ProcessEnded &) {
+        throw;
+    } catch (...) {
+        ErrTrap(QStringLiteral("frmMain!Sub Salva()"), errorFromException(std::current_exception()));
+        return false;
+    }
+}
+
+void DistinteStore::releaseOnDelete(const QList<RecordSet<Riga>::Entry> &rows)
+{
+    if (!m_erp)
+        throw applicationError(ErrCancellaRicerca, QStringLiteral("Errore in ricerca archivi [orvida]"),
+                               QStringLiteral("Cancella"));
+    ErpWriteBack writeBack(*m_erp);
+    for (const auto &entry : rows) {
+        switch (writeBack.release(entry.data.flg_flag_colpar, entry.data.des_link_orvida)) {
+        case ErpWriteBack::Outcome::Done:
+            break;
+        case ErpWriteBack::Outcome::ReadFailed:
+            throw applicationError(ErrCancellaRicerca, QStringLiteral("Errore in ricerca archivi [orvida]"),
+                                   QStringLiteral("Cancella"));
+        case ErpWriteBack::Outcome::RewriteFailed:
+            throw applicationError(ErrCancellaAggiornamento,
+                                   QStringLiteral("Errore in aggiornamento archivi [orvida]"),
+                                   QStringLiteral("Cancella"));
+        }
+    }
+}
+
+bool DistinteStore::Cancella(Distinta &d)
+{
+    std::unique_ptr<DatabaseConnection> conn;
+    std::unique_ptr<Transaction> transaction;
+    try {
+        conn = open();
+        QSqlDatabase &db = conn->database();
+        transaction = std::make_unique<Transaction>(db);
+        const QString code = d.hasHeader() ? d.header().cod_distinta : QString();
+
+        // The due items are freed from the rows as saved, before the rows go.
+        releaseOnDelete(sql::readRows<Riga>(db, TbRighe, RowsOfDistinta, {code}));
+
+        // The removals are prepared on copies: the distinta in memory changes only once the
+        // deletion is committed.
+        RecordSet<Riga> rows = d.righe;
+        RecordSet<Riga> groups = d.righeRagg;
+        rows.removeAll();
+        groups.removeAll();
+        run(db, QStringLiteral("DELETE FROM TB_TESTATA WHERE cod_distinta = ?"), {code});
+        sql::writeChanges(db, TbRighe, rows);
+        sql::writeChanges(db, TbRigheRagg, groups);
+        transaction->commit();
+        rows.acceptChanges({});
+        groups.acceptChanges({});
+        d.righe = std::move(rows);
+        d.righeRagg = std::move(groups);
+        return true;
+    } catch (const ProcessEnded &) {
+        throw;
+    } catch (...) {
+        const std::exception_ptr first = std::current_exception();
+        try {
+            const AppError error = errorFromException(first);
+            // A failure of the suite's archives is not shown: the deletion simply does not
+            // happen, while the items already freed stay free.
+            if (error.number() > 0)
+                ErrTrap(QStringLiteral("frmMain!Sub cancella()"), error);
+            if (transaction)
+                transaction->rollback();
+        } catch (const ProcessEnded &) {
+            throw;
+        } catch (...) {
+            ErrTrap(QStringLiteral("frmMain!Sub Salva()"), errorFromException(std::current_exception()));
+        }
+        return false;
+    }
+}
+
+void DistinteStore::AddRigheDaCanc(const QString &key)
+{
+    m_released.append(key);
+}
+
+bool DistinteStore::ControllaDatiBanca(const RecordSet<Riga> &rows) const
+{
+    for (int i = 0; i < rows.size(); ++i) {
+        const Riga &row = rows.at(i);
+        const QString type = row.cod_tipo_pag.trimmed();
+        const bool noBank = row.cod_banca_cli.trimmed().isEmpty() || row.cod_agenzia_cli.trimmed().isEmpty();
+        if (type == u"6" && (row.des_num_cc.trimmed().isEmpty() || noBank))
+            return false;
+        if ((type == u"0" || type == u"1" || type == u"2") && noBank)
+            return false;
+    }
+    return true;
+}
+
+void DistinteStore::RaggruppaRighe(Distinta &d)
+{
+    underTrap(QStringLiteral("clsDistinte!RaggruppaRighe"), [&] { raggruppaRighe(d, m_groupTemplate); });
+}
+
+QueryResult DistinteStore::GetRsGen(const QString &sql, const QVariantList &binds)
+{
+    auto conn = open();
+    QSqlQuery q = run(conn->database(), sql, binds);
+    QueryResult result;
+    const QSqlRecord record = q.record();
+    for (int i = 0; i < record.count(); ++i)
+        result.columns << record.fieldName(i);
+    while (q.next()) {
+        QVariantList row;
+        row.reserve(record.count());
+        for (int i = 0; i < record.count(); ++i)
+            row << q.value(i);
+        result.rows << row;
+    }
+    return result;
+}
+
+} // namespace pg::distinta

@@ -1,0 +1,117 @@
+#pragma once
+
+#include "recordset.h"
+
+#include "startup/dberror.h"
+
+#include <QSqlDatabase>
+#include <QSqlQuery>
+#include <QStringList>
+
+namespace pg::distinta::sql {
+
+// SQL of a record type, written from its constant column table: the only text ever put into
+// SQL; every value is bound.
+template<typename Record>
+QString columnList()
+{
+    QStringList names;
+    for (const auto &c : Record::columns())
+        names << QString(c.name);
+    return names.join(QStringLiteral(", "));
+}
+
+// "SELECT rowid, <columns> FROM <table> <tail>" with the tail's values bound in order.
+template<typename Record>
+QList<typename RecordSet<Record>::Entry> readRows(QSqlDatabase &db, QLatin1StringView table,
+                                                  const QString &tail, const QVariantList &binds)
+{
+    QSqlQuery query(db);
+    query.setForwardOnly(true);
+    const QString text = QStringLiteral("SELECT rowid, ") + columnList<Record>() +
+                         QStringLiteral(" FROM ") + QString(table) + u' ' + tail;
+    if (!query.prepare(text))
+        throw databaseError(query.lastError());
+    for (const QVariant &v : binds)
+        query.addBindValue(v);
+    if (!query.exec())
+        throw databaseError(query.lastError());
+    const auto &columns = Record::columns();
+    QList<typename RecordSet<Record>::Entry> rows;
+    while (query.next()) {
+        typename RecordSet<Record>::Entry e;
+        e.rowid = query.value(0).toLongLong();
+        for (int i = 0; i < columns.size(); ++i)
+            columns.at(i).setValue(e.data, query.value(i + 1));
+        rows.append(std::move(e));
+    }
+    return rows;
+}
+
+// Writes the pending changes of a record set into its table: removed rows deleted, changed
+// rows updated whole, added rows inserted (their new row identities returned in order).
+// Statements are prepared once and run for every row.
+template<typename Record>
+QList<qint64> writeChanges(QSqlDatabase &db, QLatin1StringView table, const RecordSet<Record> &set)
+{
+    using Status = typename RecordSet<Record>::Status;
+    const auto &columns = Record::columns();
+    const QString tableName(table);
+    QList<qint64> added;
+
+    if (!set.removedRowids().isEmpty()) {
+        QSqlQuery del(db);
+        if (!del.prepare(QStringLiteral("DELETE FROM ") + tableName + QStringLiteral(" WHERE rowid = ?")))
+            throw databaseError(del.lastError());
+        for (qint64 rowid : set.removedRowids()) {
+            del.bindValue(0, rowid);
+            if (!del.exec())
+                throw databaseError(del.lastError());
+        }
+    }
+
+    QSqlQuery update(db);
+    QSqlQuery insert(db);
+    bool updatePrepared = false;
+    bool insertPrepared = false;
+    for (const auto &e : set.entries()) {
+        if (e.status == Status::Changed) {
+            if (!updatePrepared) {
+                QStringList assignments;
+                for (const auto &c : columns)
+                    assignments << QString(c.name) + QStringLiteral(" = ?");
+                if (!update.prepare(QStringLiteral("UPDATE ") + tableName + QStringLiteral(" SET ") +
+                                    assignments.join(QStringLiteral(", ")) +
+                                    QStringLiteral(" WHERE rowid = ?")))
+                    throw databaseError(update.lastError());
+                updatePrepared = true;
+            }
+            int i = 0;
+            for (const auto &c : columns)
+                update.bindValue(i++, c.value(e.data));
+            update.bindValue(i, e.rowid);
+            if (!update.exec())
+                throw databaseError(update.lastError());
+        } else if (e.status == Status::Added) {
+            if (!insertPrepared) {
+                QStringList marks;
+                for (int i = 0; i < columns.size(); ++i)
+                    marks << QStringLiteral("?");
+                if (!insert.prepare(QStringLiteral("INSERT INTO ") + tableName + QStringLiteral(" (") +
+                                    columnList<Record>() + QStringLiteral(") VALUES (") +
+                                    marks.join(QStringLiteral(", ")) + u')'))
+                    throw databaseError(insert.lastError());
+                insertPrepared = true;
+            }
+            int i = 0;
+            for (const auto &c : columns)
+                insert.bindValue(i++, c.value(e.data));
+            if (!insert.exec())
+                throw databaseError(insert.lastError());
+            added.append(insert.lastInsertId().toLongLong());
+        }
+    }
+    return added;
+}
+
+} // namespace pg::distinta::sql
