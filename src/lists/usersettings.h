@@ -1,0 +1,52 @@
+#pragma once
+
+#include <QMap>
+#include <QString>
+
+class QSettings;
+
+namespace pg {
+
+// The clerk's preferences, kept per user under the program's name in the sections "Editor",
+// "Printer", "Lista" and "Colonne". Every value is stored as text and converted when read;
+// a value that is missing or does not convert takes its default.
+struct UserSettings
+{
+    // "Editor": 99 = the program's own print with its templates; any other value = the
+    // external program of editorPath receives the document.
+    quint8 editor = 99;
+    QString editorPath;
+    // "Printer": the chosen printer; "NOPRINTER" when none was ever chosen.
+    QString deviceName = QStringLiteral("NOPRINTER");
+    QString driverName = QStringLiteral("NOPRINTER");
+    QString port = QStringLiteral("NOPRINTER");
+    quint8 autoPrint = 0;
+    // "Lista"
+    QString fontName = QStringLiteral("Courier New");
+    qint16 fontSize = 8;
+    quint8 saveOnExit = 0;
+    quint8 modDescr = 0;
+    quint8 raggruppa = 0;
+    QString desPag = fixed30(QStringLiteral("Vs.Fatt. NNNNNN/N del DD/DD/DD"));
+    QString desAlt = fixed30(QStringLiteral("Pagamentio NNN Scadenze"));
+    // "Colonne": column header text -> visibility, for the columns the clerk has set.
+    QMap<QString, bool> columns;
+
+    // The two description patterns are always exactly 30 characters: padded or cut.
+    static QString fixed30(const QString &text);
+
+    void load(QSettings &store);
+    void save(QSettings &store) const;
+    bool operator==(const UserSettings &other) const = default;
+
+    // The store of the current user (the registry area the program always used on Windows).
+    static std::unique_ptr<QSettings> userStore();
+};
+
+// The settings in use, read at start by the main window (pGetSettings) and written when the
+// options are confirmed (pSaveSettings).
+UserSettings &currentSettings();
+void pGetSettings();
+void pSaveSettings();
+
+} // namespace pg
