@@ -390,6 +390,27 @@ bool DistinteStore::Cancella(Distinta &d)
     }
 }
 
+bool DistinteStore::AggiornaScadenza(const Distinta &d, int row)
+{
+    if (!m_erp || !d.hasHeader())
+        return false;
+    ErpWriteBack writeBack(*m_erp);
+    RowCounter counter(databasePath(), d.header().cod_distinta);
+    return writeBack.update(d.righe.at(row), d.header(), std::ref(counter)) == ErpWriteBack::Outcome::Done;
+}
+
+bool DistinteStore::AggiornaFlagStato(Distinta &d, const QString &state)
+{
+    if (!d.hasHeader() || d.header().flg_stato == state)
+        return true;
+    const QString code = d.header().cod_distinta;
+    d.editHeader().flg_stato = state;
+    if (!Salva(d, false, true))
+        return false;
+    Leggi(d, code);
+    return true;
+}
+
 void DistinteStore::AddRigheDaCanc(const QString &key)
 {
     m_released.append(key);
