@@ -69,6 +69,14 @@ QByteArray ArchiveLayout::keyOf(const QByteArray &record, int key) const
 RecordLayouts RecordLayouts::parse(const QString &text, QString *error)
 {
     RecordLayouts layouts;
+    struct PendingKey
+    {
+        int line;
+        int archive;
+        int key;
+        QStringList fields;
+    };
+    QList<PendingKey> pendingKeys;
     const QStringList lines = text.split(u'\n');
     auto fail = [&](int lineNumber, const QString &why) {
         if (error)
@@ -103,14 +111,8 @@ RecordLayouts RecordLayouts::parse(const QString &text, QString *error)
             const int key = parts.value(2).toInt(&ok);
             if (!ok || parts.size() < 4)
                 return fail(i + 1, QStringLiteral("chiave non valida"));
-            QList<FieldDef> keyFields;
-            for (const QString &name : parts.mid(3)) {
-                const FieldDef *f = a.field(QStringLiteral("*"), name);
-                if (!f)
-                    return fail(i + 1, QStringLiteral("campo di chiave %1 non dichiarato").arg(name));
-                keyFields << *f;
-            }
-            a.m_keys.insert(key, keyFields);
+            // Key fields may be declared after the key: resolved once every line is read.
+            pendingKeys.append({i + 1, archive, key, parts.mid(3)});
         } else if (kind == QStringLiteral("FIELD")) {
             if (parts.size() != 6)
                 return fail(i + 1, QStringLiteral("campo incompleto"));
@@ -120,12 +122,25 @@ RecordLayouts RecordLayouts::parse(const QString &text, QString *error)
             bool okWidth = false;
             f.width = parts.at(5).toInt(&okWidth);
             if (!ok || !okWidth || f.offset < 0 || f.width <= 0 || f.offset + f.width > a.length)
-                return fail(i + 1, QStringLiteral("posizione del campo %1 fuori dal record").arg(f.name));
+                return fail(i + 1,
+                            QStringLiteral("posizione del campo %1 fuori dal record").arg(f.name));
             a.m_index[type].insert(f.name, int(a.m_fields[type].size()));
             a.m_fields[type].append(f);
         } else {
             return fail(i + 1, QStringLiteral("riga sconosciuta: %1").arg(kind));
         }
+    }
+    for (const PendingKey &pending : std::as_const(pendingKeys)) {
+        ArchiveLayout &a = layouts.m_archives[pending.archive];
+        QList<FieldDef> keyFields;
+        for (const QString &name : pending.fields) {
+            const FieldDef *f = a.field(QStringLiteral("*"), name);
+            if (!f)
+                return fail(pending.line,
+                            QStringLiteral("campo di chiave %1 non dichiarato").arg(name));
+            keyFields << *f;
+        }
+        a.m_keys.insert(pending.key, keyFields);
     }
     return layouts;
 }

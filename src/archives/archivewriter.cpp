@@ -1,0 +1,204 @@
+#include "archivewriter.h"
+
+#include "storefile.h"
+
+#include <QDir>
+
+namespace pg::archives {
+
+namespace {
+
+// One store of the installation, with the archives it holds.
+struct Target
+{
+    QString path;
+    QList<int> archives;
+    StoreFile store;
+    bool inTransaction = false;
+};
+
+} // namespace
+
+class ArchiveWriter::Private
+{
+public:
+    Target *targetOf(int archive);
+    bool fail(QString *error, const QString &text);
+    void rollback();
+
+    std::vector<std::unique_ptr<Target>> targets;
+    Target *company = nullptr;
+    Target *common = nullptr;
+    bool begun = false;
+    bool failed = false;
+};
+
+Target *ArchiveWriter::Private::targetOf(int archive)
+{
+    return StoreFile::isCommonArchive(archive) ? common : company;
+}
+
+bool ArchiveWriter::Private::fail(QString *error, const QString &text)
+{
+    if (error)
+        *error = text;
+    return false;
+}
+
+void ArchiveWriter::Private::rollback()
+{
+    for (const auto &target : targets) {
+        if (target->inTransaction)
+            target->store.exec("ROLLBACK");
+        target->inTransaction = false;
+    }
+    begun = false;
+}
+
+ArchiveWriter::ArchiveWriter(const QString &companyArchiveDir, const QString &commonArchiveDir)
+    : d(std::make_unique<Private>())
+{
+    const QString companyPath = StoreFile::pathIn(companyArchiveDir);
+    const QString commonPath = StoreFile::pathIn(commonArchiveDir);
+    d->targets.push_back(std::make_unique<Target>());
+    d->company = d->targets.back().get();
+    d->company->path = companyPath;
+    // Both directories may be the same: then one store holds every archive.
+    if (QDir::cleanPath(commonPath) == QDir::cleanPath(companyPath)) {
+        d->common = d->company;
+    } else {
+        d->targets.push_back(std::make_unique<Target>());
+        d->common = d->targets.back().get();
+        d->common->path = commonPath;
+    }
+    for (int archive : RecordLayouts::instance().archiveNumbers())
+        d->targetOf(archive)->archives << archive;
+}
+
+ArchiveWriter::~ArchiveWriter()
+{
+    d->rollback();
+}
+
+bool ArchiveWriter::begin(QString *error)
+{
+    d->rollback();
+    d->failed = false;
+    for (const auto &target : d->targets) {
+        StoreFile &store = target->store;
+        if (!store.isOpen() &&
+            store.open(target->path, StoreFile::Access::CreateWhenMissing) != Ok) {
+            const QString why = store.errorText();
+            d->rollback();
+            return d->fail(error, QStringLiteral("Impossibile aprire l'archivio %1: %2")
+                                      .arg(QDir::toNativeSeparators(target->path), why));
+        }
+        // Taking the write lock at once: a store in use elsewhere fails here, not halfway.
+        if (!store.exec("BEGIN IMMEDIATE")) {
+            const QString why = store.errorText();
+            d->rollback();
+            return d->fail(error, QStringLiteral("Impossibile scrivere l'archivio %1: %2")
+                                      .arg(QDir::toNativeSeparators(target->path), why));
+        }
+        target->inTransaction = true;
+        for (int archive : std::as_const(target->archives)) {
+            if (!store.prepareArchive(*RecordLayouts::instance().archive(archive))) {
+                const QString why = store.errorText();
+                d->rollback();
+                return d->fail(error,
+                               QStringLiteral("Impossibile preparare l'archivio %1 nel file %2: %3")
+                                   .arg(archive)
+                                   .arg(QDir::toNativeSeparators(target->path), why));
+            }
+        }
+    }
+    d->begun = true;
+    return true;
+}
+
+bool ArchiveWriter::put(int archive, const QByteArray &record, QString *error)
+{
+    if (!d->begun)
+        return d->fail(error, QStringLiteral("Scrittura degli archivi non iniziata."));
+    // Any refused record spoils the whole load: commit() will then write nothing.
+    const ArchiveLayout *layout = RecordLayouts::instance().archive(archive);
+    if (!layout) {
+        d->failed = true;
+        return d->fail(error, QStringLiteral("Archivio %1 sconosciuto.").arg(archive));
+    }
+    if (record.size() != layout->length) {
+        d->failed = true;
+        return d->fail(error,
+                       QStringLiteral("Record dell'archivio %1 lungo %2 caratteri invece di %3.")
+                           .arg(archive)
+                           .arg(record.size())
+                           .arg(layout->length));
+    }
+
+    StoreFile &store = d->targetOf(archive)->store;
+    const QByteArray table = StoreFile::tableName(archive);
+    const QList<int> keys = layout->keyNumbers();
+    const QByteArray key1 = layout->keyOf(record, 1);
+
+    sqlite3_stmt *remove =
+        store.cached("DELETE FROM " + table + " WHERE " + StoreFile::keyColumn(1) + " = ?1");
+    QByteArray insertSql = "INSERT INTO " + table + " (record";
+    QByteArray values = ") VALUES (?1";
+    for (qsizetype i = 0; i < keys.size(); ++i) {
+        insertSql += ", " + StoreFile::keyColumn(keys.at(i));
+        values += ", ?" + QByteArray::number(i + 2);
+    }
+    sqlite3_stmt *insert = remove ? store.cached(insertSql + values + ')') : nullptr;
+    int rc = SQLITE_OK;
+    if (insert) {
+        sqlite3_bind_blob(remove, 1, key1.constData(), int(key1.size()), SQLITE_STATIC);
+        rc = sqlite3_step(remove);
+        sqlite3_reset(remove);
+    }
+    if (insert && rc == SQLITE_DONE) {
+        QList<QByteArray> keyBytes;
+        keyBytes.reserve(keys.size());
+        sqlite3_bind_blob(insert, 1, record.constData(), int(record.size()), SQLITE_STATIC);
+        for (qsizetype i = 0; i < keys.size(); ++i) {
+            keyBytes << layout->keyOf(record, keys.at(i));
+            sqlite3_bind_blob(insert, int(i + 2), keyBytes.last().constData(),
+                              int(keyBytes.last().size()), SQLITE_STATIC);
+        }
+        rc = sqlite3_step(insert);
+        sqlite3_reset(insert);
+    }
+    if (!insert || rc != SQLITE_DONE) {
+        if (insert)
+            store.fail(rc);
+        d->failed = true;
+        return d->fail(error, QStringLiteral("Impossibile scrivere un record dell'archivio %1: %2")
+                                  .arg(archive)
+                                  .arg(store.errorText()));
+    }
+    return true;
+}
+
+bool ArchiveWriter::commit(QString *error)
+{
+    if (!d->begun)
+        return d->fail(error, QStringLiteral("Scrittura degli archivi non iniziata."));
+    if (d->failed) {
+        d->rollback();
+        return d->fail(error, QStringLiteral("Scrittura degli archivi annullata: un record non "
+                                             "è stato accettato e nessun record è stato scritto."));
+    }
+    // One transaction per store; the company store is committed first.
+    for (const auto &target : d->targets) {
+        if (!target->store.exec("COMMIT")) {
+            const QString why = target->store.errorText();
+            d->rollback();
+            return d->fail(error, QStringLiteral("Impossibile salvare l'archivio %1: %2")
+                                      .arg(QDir::toNativeSeparators(target->path), why));
+        }
+        target->inTransaction = false;
+    }
+    d->begun = false;
+    return true;
+}
+
+} // namespace pg::archives

@@ -1,0 +1,50 @@
+#pragma once
+
+#include <QByteArray>
+#include <QList>
+#include <QString>
+#include <QTemporaryDir>
+
+#include <utility>
+
+namespace pg::test {
+
+// A throwaway installation for the archive tests: a company and a common archive directory
+// under a temporary directory, with the suite's ini files that name them.
+class ArchiveFixture
+{
+public:
+    ArchiveFixture();
+
+    bool isValid() const { return m_dir.isValid(); }
+    QString root() const { return m_dir.path() + u'/'; }
+    QString companyDir() const { return root() + QStringLiteral("arc/DEM/"); }
+    QString commonDir() const { return root() + QStringLiteral("arc/comuni/"); }
+    QString companyStore() const;
+    QString commonStore() const;
+
+    // Writes "ORVIDA.INI" (in root()/ini, which ORVIDA_INI_DIR then names) and the parpe file
+    // of company "DEM" pointing at the two directories.
+    void writeIniFiles() const;
+
+    // Writes the records through the archive writer; the reason when it refused.
+    QString load(const QList<std::pair<int, QByteArray>> &records) const;
+
+private:
+    QTemporaryDir m_dir;
+};
+
+// A due item (archive 38) whose description is its name in the tests.
+QByteArray dueItem(const QString &name, const QString &flag, const QString &link,
+                   const QString &dueDate, const QString &account);
+// A record of the common tables (archive 15).
+QByteArray commonTable(const QString &type, const QString &code, const QString &description);
+// The name (description) of a due item.
+QString nameOf(const QByteArray &dueItem);
+
+// Runs one statement on a store with a connection of its own; false when it failed.
+bool execOnStore(const QString &storePath, const QByteArray &sql);
+// The number of rows of a store's table, -1 when the store or the table is missing.
+int rowCount(const QString &storePath, const QByteArray &table);
+
+} // namespace pg::test
