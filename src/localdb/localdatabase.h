@@ -1,0 +1,46 @@
+#pragma once
+
+#include <QString>
+
+// The local database of the company: its file, its version, and the four steps of start-up
+// that make it ready (creation from the schema description file, regeneration of the file in
+// a development tree, version check with the one conversion the program knows).
+namespace pg::localdb {
+
+// The database file in the company's archive directory.
+inline const QString FileName = QStringLiteral("Pagame.db");
+// The version this program writes and expects; the one older version it converts.
+inline const QString CurrentVersion = QStringLiteral("06.07.01");
+inline const QString PreviousVersion = QStringLiteral("06.07.00");
+// The variable of _tblSys_EnvVar that holds the version.
+inline const QString VersionVariable = QStringLiteral("VersioneDatabase");
+// The schema description file in the program directory, and the generator's output there.
+inline const QString SchemaFileName = QStringLiteral("QXARTRAC.DAT");
+inline const QString GeneratedSchemaFileName = QStringLiteral("tracciati_new.txt");
+
+// CompanyArchiveDir() + FileName.
+QString localDatabasePath();
+
+// Creates the database directory + fileName from ProgramDir() + "QXARTRAC.DAT". The database
+// is built in a temporary file of the same directory and moved into place only when all of it
+// was built, so a failure never leaves a database behind; an existing file is never replaced.
+// Every failure is shown through the prompting seam and gives false.
+bool CreateDatabaseFromSchema(const QString &directory, const QString &fileName);
+
+// Describes the database directory + fileName in ProgramDir() + "tracciati_new.txt" (written
+// as "tracciati_new.txt_new", then the old file is deleted and the new one renamed). Nothing
+// happens when the database does not exist; a failure is shown and start-up goes on.
+void GenerateSchemaFile(const QString &directory, const QString &fileName);
+
+// Opens the database, stamps the current version when it has none, and converts a
+// "Pagame.db" of version "06.07.00"; a failed conversion ends the process. False (after a
+// message) when the database cannot be opened or read, so that the program does not go on.
+bool CheckDatabaseVersion(const QString &fileName);
+
+// The conversion from "06.07.00": opens the database exclusively (asking to retry while
+// another program holds it), adds val_imp_indist_eur and val_imp_indist_val to TB_RIGHE and
+// TB_RIGHE_RAGG with the residual amounts copied, and writes the current version, all in one
+// transaction. False, after a message, when it did not happen.
+bool UpgradeTo060701(const QString &fileName);
+
+} // namespace pg::localdb
