@@ -1,0 +1,51 @@
+#pragma once
+
+#include "archives/embeddedarchivestore.h"
+#include "archives/erprecord.h"
+#include "archives/erpsession.h"
+#include "startup/companyenvironment.h"
+
+#include <QTemporaryDir>
+
+#include <memory>
+
+namespace pg::test {
+
+// A throwaway installation of the suite for one test: archive directories with their stores,
+// a program directory with the shipped schema file, the company environment pointing at them
+// and, unless told otherwise, the local database created from that schema. The previous
+// company environment comes back when the installation goes.
+class TestInstallation
+{
+public:
+    explicit TestInstallation(bool createDatabase = true);
+    ~TestInstallation();
+    TestInstallation(const TestInstallation &) = delete;
+    TestInstallation &operator=(const TestInstallation &) = delete;
+
+    bool isValid() const { return m_valid; }
+    QString root() const { return m_dir.path() + u'/'; }
+    QString databasePath() const;
+
+    // Writes records into the stores, all or nothing (fails the test on error).
+    bool put(const QList<archives::ErpRecord> &records);
+
+    // The embedded store over the installation, with the archives opened as the program opens
+    // them (38 for rewriting), and the session on it.
+    archives::EmbeddedArchiveStore &store();
+    archives::ErpSession &erp();
+    static constexpr qint32 Handle = 4242;
+
+    // A due item of archive 38 in state "0" (free), with the fields the program reads.
+    static archives::ErpRecord dueItem(const QString &flag, const QString &link, const QString &type,
+                                       const QString &account, double amount);
+
+private:
+    QTemporaryDir m_dir;
+    CompanyEnvironment m_previous;
+    bool m_valid = false;
+    std::unique_ptr<archives::EmbeddedArchiveStore> m_store;
+    std::unique_ptr<archives::ErpSession> m_erp;
+};
+
+} // namespace pg::test
