@@ -3,6 +3,7 @@
 #include "localdb/localdatabase.h"
 
 #include "localdb/databaseconnection.h"
+#include "localdb/openerror.h"
 #include "localdb/schemacatalog.h"
 
 #include "core/apperror.h"
@@ -24,12 +25,6 @@ const QString CrLf = QStringLiteral("\r\n");
 
 constexpr int EngineBusy = 5;   // SQLITE_BUSY: another connection holds the file
 constexpr int EngineLocked = 6; // SQLITE_LOCKED
-
-AppError openError(const DatabaseConnection &connection)
-{
-    return AppError(AppError::DatabaseBase + connection.errorCode(), connection.errorText(),
-                    QStringLiteral("Database"));
-}
 
 void showUnexpected(const AppError &error)
 {
@@ -71,7 +66,7 @@ bool CheckDatabaseVersion(const QString &fileName)
         {
             DatabaseConnection connection(fileName);
             if (!connection.isOpen())
-                throw openError(connection);
+                throw databaseOpenError(connection);
             QSqlDatabase &db = connection.database();
             QString version = ReadEnvVar(db, VersionVariable, QString());
             if (version.isEmpty()) {
@@ -86,7 +81,7 @@ bool CheckDatabaseVersion(const QString &fileName)
                 endProcess(1);
             DatabaseConnection reopened(fileName);
             if (!reopened.isOpen())
-                throw openError(reopened);
+                throw databaseOpenError(reopened);
         }
         return true;
     } catch (const AppError &error) {
@@ -104,7 +99,7 @@ bool UpgradeTo060701(const QString &fileName)
         if (connection->isOpen())
             break;
         const int code = connection->errorCode();
-        const AppError error = openError(*connection);
+        const AppError error = databaseOpenError(*connection);
         connection.reset();
         if (code != EngineBusy && code != EngineLocked) {
             showUnexpected(error);

@@ -1,6 +1,7 @@
 #include "localdatabase.h"
 
 #include "localdb/databaseconnection.h"
+#include "localdb/openerror.h"
 #include "localdb/schemacatalog.h"
 #include "localdb/schemafile.h"
 
@@ -23,13 +24,6 @@ const QString CrLf = QStringLiteral("\r\n");
 QString databasePath(const QString &directory, const QString &fileName)
 {
     return paths::withTrailingSeparator(directory) + fileName;
-}
-
-// The failure of an open as the program's error.
-AppError openError(const DatabaseConnection &connection)
-{
-    return AppError(AppError::DatabaseBase + connection.errorCode(), connection.errorText(),
-                    QStringLiteral("Database"));
 }
 
 void cannotCreate(const QString &path, const QString &why)
@@ -94,7 +88,7 @@ bool CreateDatabaseFromSchema(const QString &directory, const QString &fileName)
     try {
         DatabaseConnection connection(building);
         if (!connection.isOpen())
-            throw openError(connection);
+            throw databaseOpenError(connection);
         Transaction transaction(connection.database());
         SchemaCatalog::build(connection.database(), schema);
         transaction.commit();

@@ -2,6 +2,7 @@
 #include "localdb/localdatabase.h"
 
 #include "localdb/databaseconnection.h"
+#include "localdb/openerror.h"
 #include "localdb/schemacatalog.h"
 #include "localdb/schemafile.h"
 
@@ -31,8 +32,7 @@ DatabaseSchema describeDatabase(const QString &path)
 {
     DatabaseConnection connection(path);
     if (!connection.isOpen())
-        throw AppError(AppError::DatabaseBase + connection.errorCode(), connection.errorText(),
-                       QStringLiteral("Database"));
+        throw databaseOpenError(connection);
     const QString version = ReadEnvVar(connection.database(), VersionVariable, CurrentVersion);
     DatabaseSchema schema =
         SchemaCatalog::describe(connection.database(), QFileInfo(path).completeBaseName());

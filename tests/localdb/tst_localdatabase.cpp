@@ -551,6 +551,9 @@ void TestLocalDatabase::failures()
     QVERIFY2(texts.at(2).startsWith(QStringLiteral(
                  "Errore non previsto durante la generazione del file QXARTRAC.DAT. 3026 - ")),
              qPrintable(texts.at(2)));
+    for (const QString &text : texts)
+        QVERIFY(text.contains(QDir::toNativeSeparators(database()) +
+                              QStringLiteral(" non è un database o è danneggiato.")));
     QVERIFY(!QFileInfo::exists(generated()));
     QCOMPARE(readAll(database()), notADatabase.repeated(40));
 
