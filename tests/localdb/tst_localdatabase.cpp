@@ -149,7 +149,7 @@ private slots:
     void roundTrip();
     void enforcement();
     void generatorDescribesAdditions();
-    void relationsAndParameterQueries();
+    void relationsQueriesAndIndexes();
     void refusedSchemaLeavesNothing_data();
     void refusedSchemaLeavesNothing();
     void versionCheck();
@@ -341,10 +341,14 @@ void TestLocalDatabase::generatorDescribesAdditions()
     QVERIFY(prompter.shown().isEmpty());
 }
 
-void TestLocalDatabase::relationsAndParameterQueries()
+void TestLocalDatabase::relationsQueriesAndIndexes()
 {
     QByteArray schema = shippedSchemaDescription();
     schema.replace("Relazioni\tTB_TESTATATB_RIGHE_RAGG\t", "Relazioni\tTB_TESTATATB_RIGHE\t");
+    // An index that ignores nulls covers only the rows that have its columns.
+    schema.replace("FineTabella\r\nTabella\t_tblSys_EnvVar",
+                   "Indice\tidxEffetto\tTrue\tFalse\tTrue\r\nColonnaIndice\tdes_num_effetto\r\n"
+                   "FineIndice\r\nFineTabella\r\nTabella\t_tblSys_EnvVar");
     schema += "Relazioni\tTB_TESTATATB_RIGHE\t2\tTB_RIGHE\tTB_TESTATA\r\n"
               "CampoRelazione\tcod_distinta\tcod_distinta\r\nFineRelazione\r\n"
               // A query with parameters is stored as its statement alone; it cannot be a view.
@@ -360,8 +364,15 @@ void TestLocalDatabase::relationsAndParameterQueries()
     QVERIFY(text.contains("Relazioni\tTB_TESTATATB_RIGHE_2\t2\tTB_RIGHE\tTB_TESTATA\r\n"));
     QVERIFY(text.contains("Query\tqryRigheDistinta\tSELECT cod_clifor\xB5 des_num_doc FROM "
                           "TB_RIGHE WHERE cod_distinta = :pDistinta\t0\r\n"));
+    QVERIFY(text.contains("Indice\tidxEffetto\tTrue\tFalse\tTrue\r\nColonnaIndice\tdes_num_effetto"
+                          "\r\nFineIndice\r\nFineTabella\r\nTabella\t_tblSys_EnvVar\r\n"));
     QVERIFY(prompter.shown().isEmpty());
     DatabaseConnection c(database());
+    QCOMPARE(scalar(c.database(), QStringLiteral("SELECT \"unique\" || partial FROM "
+                                                 "pragma_index_list('TB_RIGHE_RAGG') WHERE name = "
+                                                 "'TB_RIGHE_RAGG.idxEffetto'"))
+                 .toString(),
+             QStringLiteral("11"));
     QCOMPARE(scalar(c.database(), QStringLiteral("SELECT COUNT(*) FROM sqlite_master WHERE type = "
                                                  "'view'"))
                  .toInt(),
