@@ -12,6 +12,20 @@ namespace pg::distinta::sql {
 
 // SQL of a record type, written from its constant column table: the only text ever put into
 // SQL; every value is bound.
+
+// The value of a column as it is stored: a text never longer than its column (the database
+// refuses longer ones, as the suite's database always did).
+template<typename Record>
+QVariant storedValue(const ColumnDef<Record> &column, const Record &record)
+{
+    QVariant v = column.value(record);
+    if (column.kind == ColumnKind::Text && column.width > 0 && !v.isNull()) {
+        const QString text = v.toString();
+        if (text.size() > column.width)
+            v = text.left(column.width);
+    }
+    return v;
+}
 template<typename Record>
 QString columnList()
 {
@@ -88,7 +102,7 @@ QList<qint64> writeChanges(QSqlDatabase &db, QLatin1StringView table, const Reco
             }
             int i = 0;
             for (const auto &c : columns)
-                update.bindValue(i++, c.value(e.data));
+                update.bindValue(i++, storedValue(c, e.data));
             update.bindValue(i, e.rowid);
             if (!update.exec())
                 throw databaseError(update.lastError());
@@ -105,7 +119,7 @@ QList<qint64> writeChanges(QSqlDatabase &db, QLatin1StringView table, const Reco
             }
             int i = 0;
             for (const auto &c : columns)
-                insert.bindValue(i++, c.value(e.data));
+                insert.bindValue(i++, storedValue(c, e.data));
             if (!insert.exec())
                 throw databaseError(insert.lastError());
             added.append(insert.lastInsertId().toLongLong());

@@ -257,7 +257,7 @@ void TestDistinteStore::saveWritesExactlyWhatChanged()
                                               "INSERT INTO log VALUES ('%2 %1'); END")
                                    .arg(QLatin1String(table), QLatin1String(op))));
     }
-    d.righe.edit(1).des_scadenza = QStringLiteral("Acconto");
+    d.righe.edit(1).des_scadenza = QStringLiteral("Acconto ") + QString(70, u'x');
     QVERIFY(m_store->Salva(d, false, true));
     QCOMPARE(count(QStringLiteral("SELECT COUNT(*) FROM log")), 1);
     QCOMPARE(count(QStringLiteral("SELECT COUNT(*) FROM log WHERE what = 'UPDATE TB_RIGHE'")), 1);
@@ -267,8 +267,9 @@ void TestDistinteStore::saveWritesExactlyWhatChanged()
     QCOMPARE(read.righe.size(), 3);
     QCOMPARE(read.header().cod_abi_banca, QStringLiteral("02008"));
     QCOMPARE(read.header().dat_data_creazione, QDate(2026, 11, 21));
+    // A description longer than its column is stored cut to the column.
     QCOMPARE(read.righe.at(read.righe.indexOfKey(QStringLiteral("F") + link(2))).des_scadenza,
-             QStringLiteral("Acconto"));
+             (QStringLiteral("Acconto ") + QString(70, u'x')).left(60));
     QCOMPARE(*read.righe.at(1).val_imp_indist_val, 150.0);
     QCOMPARE(read.righeRagg.size(), 2);
     // Rows come back ordered by account.
