@@ -116,8 +116,25 @@ void UserSettings::save(QSettings &store) const
     store.sync();
 }
 
+namespace {
+
+QString &storeFile()
+{
+    static QString path;
+    return path;
+}
+
+} // namespace
+
+void UserSettings::useStoreFile(const QString &iniPath)
+{
+    storeFile() = iniPath;
+}
+
 std::unique_ptr<QSettings> UserSettings::userStore()
 {
+    if (!storeFile().isEmpty())
+        return std::make_unique<QSettings>(storeFile(), QSettings::IniFormat);
 #ifdef Q_OS_WIN
     // Where the program has always kept them, so that a clerk's options survive the move.
     return std::make_unique<QSettings>(QStringLiteral("VB and VBA Program Settings"),

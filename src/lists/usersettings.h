@@ -3,6 +3,8 @@
 #include <QMap>
 #include <QString>
 
+#include <memory>
+
 class QSettings;
 
 namespace pg {
@@ -39,8 +41,12 @@ struct UserSettings
     void save(QSettings &store) const;
     bool operator==(const UserSettings &other) const = default;
 
-    // The store of the current user (the registry area the program always used on Windows).
+    // The store of the current user (the registry area the program always used on Windows),
+    // or the ini file set by useStoreFile().
     static std::unique_ptr<QSettings> userStore();
+    // Keeps the settings in an ini file instead of the user's store (tests, portable runs);
+    // an empty path goes back to the user's store.
+    static void useStoreFile(const QString &iniPath);
 };
 
 // The settings in use, read at start by the main window (pGetSettings) and written when the
