@@ -1,0 +1,644 @@
+#include "distintaeditor.h"
+
+#include "archives/archivenumbers.h"
+#include "archives/erprecord.h"
+#include "archives/erpsession.h"
+#include "core/distintacode.h"
+#include "core/money.h"
+#include "core/prompter.h"
+#include "core/vbdate.h"
+#include "core/vbformat.h"
+#include "distinta/distintestore.h"
+#include "distinta/programvalues.h"
+#include "startup/errortrap.h"
+
+namespace pg::editor {
+
+using distinta::Testata;
+
+const QString DistintaEditor::Refused =
+    QStringLiteral("Distinta già stampata in definitivo. Impossibile modificare.");
+const QString DistintaEditor::SavePrompt = QStringLiteral("Salva le modifiche alla Distinta?");
+
+namespace {
+
+const QString CrLf = QStringLiteral("\r\n");
+
+QString location(const char *procedure)
+{
+    return QStringLiteral("frmMain!Sub ") + QString::fromLatin1(procedure) + QStringLiteral("()");
+}
+
+// The member of the header behind a text field; nullptr for the fields that are not text.
+QString Testata::*textMember(int index)
+{
+    switch (index) {
+    case DistintaEditor::CodDistinta:
+        return &Testata::cod_distinta;
+    case DistintaEditor::CodSia:
+        return &Testata::cod_sia_banca;
+    case DistintaEditor::AbiBanca:
+        return &Testata::cod_abi_banca;
+    case DistintaEditor::DesBanAzi:
+        return &Testata::des_ban_azi;
+    case DistintaEditor::CabBanca:
+        return &Testata::cod_cab_banca;
+    case DistintaEditor::Riferimenti:
+        return &Testata::des_riferimenti;
+    case DistintaEditor::ContoOrdinante:
+        return &Testata::des_conto_ordinante;
+    case DistintaEditor::Tipo:
+        return &Testata::flg_tipo;
+    case DistintaEditor::Stato:
+        return &Testata::flg_stato;
+    case DistintaEditor::CodiceAbi:
+        return &Testata::cod_codiceabi;
+    case DistintaEditor::CodiceCab:
+        return &Testata::cod_codicecab;
+    case DistintaEditor::CodValuta:
+        return &Testata::cod_valuta;
+    case DistintaEditor::DesValuta:
+        return &Testata::des_valuta;
+    default:
+        return nullptr;
+    }
+}
+
+bool isEditableField(int index)
+{
+    switch (index) {
+    case DistintaEditor::CodSia:
+    case DistintaEditor::AbiBanca:
+    case DistintaEditor::DesBanAzi:
+    case DistintaEditor::CabBanca:
+    case DistintaEditor::Riferimenti:
+    case DistintaEditor::ContoOrdinante:
+        return true;
+    default:
+        return false;
+    }
+}
+
+bool isEmptyDateText(const QString &text)
+{
+    return text.isEmpty() || text == QStringView(dates::EmptyMaskedDate);
+}
+
+} // namespace
+
+const QList<int> &DistintaEditor::boundFields()
+{
+    static const QList<int> fields{CodDistinta,   CodSia,      AbiBanca,       DesBanAzi,
+                                   CabBanca,      Riferimenti, ContoOrdinante, NumeroDisp,
+                                   ImportoTotale, Tipo,        Stato,          CodiceAbi,
+                                   CodiceCab,     CodValuta,   DesValuta};
+    return fields;
+}
+
+DistintaEditor::DistintaEditor(distinta::DistinteStore &store, archives::ErpSession *erp,
+                               DistintaView &view)
+    : m_store(&store), m_erp(erp), m_view(&view), m_mask(QStringLiteral("NNNNNN"))
+{}
+
+QString DistintaEditor::state() const
+{
+    return hasDistinta() ? m_d.header().flg_stato : QString();
+}
+
+void DistintaEditor::SetBtnGestione(const QString &mask)
+{
+    m_mask = mask.leftJustified(ButtonCount, u'N', true);
+    const QString current = state();
+    for (int i = 0; i < ButtonCount; ++i) {
+        bool enabled = m_mask.at(i) == u'Y';
+        // A distinta printed in final form or presented to the bank is never deleted.
+        if (i == Elimina)
+            enabled = enabled && current != u"F" && current != u"D";
+        if (enabled != m_enabled.at(i) || i == Elimina) {
+            m_enabled[i] = enabled;
+            m_view->setManagementButton(i, enabled);
+        }
+    }
+}
+
+bool DistintaEditor::existsInDatabase() const
+{
+    if (!hasDistinta())
+        return false;
+    const distinta::QueryResult result = m_store->GetRsGen(
+        QStringLiteral("SELECT Count(*) as Dist FROM TB_TESTATA WHERE cod_distinta = ?"),
+        {m_d.header().cod_distinta});
+    return !result.rows.isEmpty() && result.rows.first().value(0).toLongLong() != 0;
+}
+
+void DistintaEditor::markChanged()
+{
+    if (m_mask == u"YYYYYY")
+        return;
+    SetBtnGestione(existsInDatabase() ? QStringLiteral("YYYYYY") : QStringLiteral("YYYNYY"));
+}
+
+void DistintaEditor::bindLoaded()
+{
+    m_view->BindControls();
+    m_view->LoadRows();
+    m_view->showTotals();
+    m_view->setAggiungiEnabled(true);
+}
+
+void DistintaEditor::maskForLoaded()
+{
+    SetBtnGestione(isDefinitiva() ? QStringLiteral("YYNNYY") : QStringLiteral("YYNYYY"));
+}
+
+void DistintaEditor::clearToEmpty(const QString &mask)
+{
+    m_d = distinta::Distinta();
+    m_view->PulisciMaschera();
+    m_view->BindControls();
+    m_view->setAggiungiEnabled(false);
+    SetBtnGestione(mask);
+}
+
+bool DistintaEditor::askSaveFirst(int index, bool *cancelled)
+{
+    *cancelled = false;
+    if (!hasUnsavedChanges())
+        return true;
+    CalcolaTotali();
+    if (msgBox(SavePrompt, Buttons::YesNo, Icon::Question) == Answer::Yes) {
+        // A save that does not happen (the checks refused it) keeps the changes on screen.
+        if (!m_store->Salva(m_d, false, false)) {
+            *cancelled = true;
+            return false;
+        }
+        return true;
+    }
+    // Declined from the save button itself: nothing more to do. From any other button the
+    // command goes on and the changes are dropped.
+    return index != Salva;
+}
+
+bool DistintaEditor::btnGestione_ClickED(int index)
+{
+    bool result = true;
+    const bool ran = underTrap(location("btnGestione_ClickED"), [&] {
+        bool cancelled = false;
+        if (!askSaveFirst(index, &cancelled)) {
+            result = !cancelled;
+            return;
+        }
+        switch (index) {
+        case Nuova: {
+            const std::optional<SelectionResult> selection = m_view->showSelectionDialog();
+            if (!selection)
+                return;
+            m_store->Nuovo(m_d);
+            distinta::programValues().nuovaDistinta = true;
+            m_view->PulisciMaschera();
+            Testata &header = m_d.editHeader();
+            header.cod_abi_banca = selection->banca.left(5);
+            header.cod_cab_banca = selection->agenzia.left(5);
+            if (!isEmptyDateText(selection->dataCreazione))
+                header.dat_data_creazione = dates::parseDmy(selection->dataCreazione.left(10));
+            if (!isEmptyDateText(selection->dataValuta))
+                header.dat_data_valuta = dates::parseDmy(selection->dataValuta.left(10));
+            m_view->addSelectedDueItems(m_d);
+            AggiornaBancaAzienda();
+            m_view->BindControls();
+            m_view->LoadRows();
+            CalcolaTotali();
+            m_view->setAggiungiEnabled(true);
+            SetBtnGestione(QStringLiteral("YYYNYY"));
+            m_view->deselectRows();
+            return;
+        }
+        case Apri: {
+            const std::optional<QString> code = m_view->chooseDistinta();
+            if (!code)
+                return;
+            m_store->Leggi(m_d, *code);
+            distinta::programValues().nuovaDistinta = false;
+            bindLoaded();
+            maskForLoaded();
+            return;
+        }
+        case Salva: {
+            if (!hasDistinta())
+                return;
+            const QString code = m_d.header().cod_distinta;
+            m_store->Leggi(m_d, code);
+            bindLoaded();
+            SetBtnGestione(QStringLiteral("YYNYYY"));
+            return;
+        }
+        case Elimina: {
+            if (!hasDistinta())
+                return;
+            if (msgBox(QStringLiteral("Elimina Distinta?"), Buttons::YesNo, Icon::Question) !=
+                Answer::Yes)
+                return;
+            if (!m_store->Cancella(m_d))
+                return;
+            distinta::programValues().nuovaDistinta = false;
+            clearToEmpty(QStringLiteral("YYNNYY"));
+            return;
+        }
+        case Successiva:
+        case Precedente: {
+            QString code = hasDistinta() ? m_d.header().cod_distinta : QString();
+            const std::optional<QString> found = m_store->Esiste(code, index == Successiva ? 1 : 2);
+            distinta::programValues().nuovaDistinta = false;
+            if (!found) {
+                msgBox(QStringLiteral("Database vuoto"), Buttons::Ok, Icon::Information);
+                clearToEmpty(QStringLiteral("YYNNNN"));
+                return;
+            }
+            m_store->Leggi(m_d, *found);
+            bindLoaded();
+            maskForLoaded();
+            return;
+        }
+        default:
+            return;
+        }
+    });
+    return ran && result;
+}
+
+QString DistintaEditor::headerText(int index) const
+{
+    if (!hasDistinta())
+        return {};
+    const Testata &h = m_d.header();
+    switch (index) {
+    case CodDistinta:
+        return h.cod_distinta.trimmed();
+    case NumeroDisp:
+        return QString::number(h.num_numero_disp);
+    case ImportoTotale:
+        return vb::format(h.val_importo_totale, u"#,0.00");
+    default:
+        break;
+    }
+    QString Testata::*member = textMember(index);
+    return member ? h.*member : QString();
+}
+
+bool DistintaEditor::isHeaderFieldEditable(int index) const
+{
+    return hasDistinta() && isEditableField(index);
+}
+
+void DistintaEditor::setHeaderText(int index, const QString &text)
+{
+    if (!hasDistinta() || !isEditableField(index))
+        return;
+    QString Testata::*member = textMember(index);
+    if (m_d.header().*member != text)
+        m_d.editHeader().*member = text;
+}
+
+QString DistintaEditor::txtdesTipo() const
+{
+    if (!hasDistinta())
+        return {};
+    return m_d.header().flg_tipo == u"C" ? QStringLiteral("Clienti") : QStringLiteral("Fornitori");
+}
+
+QString DistintaEditor::txtdesStato() const
+{
+    if (!hasDistinta())
+        return {};
+    // Every state but "P" reads as final, "F" included.
+    return m_d.header().flg_stato == u"P" ? QStringLiteral("Prova") : QStringLiteral("Definitiva");
+}
+
+QString DistintaEditor::totaleText() const
+{
+    return hasDistinta() ? vb::format(m_d.header().val_importo_totale, u"#,0.00") : QString();
+}
+
+bool DistintaEditor::headerKeyPress()
+{
+    bool accepted = false;
+    underTrap(location("txtTestata_KeyPress"), [&] {
+        if (!hasDistinta())
+            return;
+        if (isDefinitiva()) {
+            msgBox(Refused, Buttons::Ok, Icon::Exclamation);
+            return;
+        }
+        markChanged();
+        accepted = true;
+    });
+    return accepted;
+}
+
+bool DistintaEditor::dateKeyPress()
+{
+    bool accepted = false;
+    underTrap(location("mskData_KeyPress"), [&] {
+        if (!hasDistinta())
+            return;
+        if (isDefinitiva()) {
+            msgBox(Refused, Buttons::Ok, Icon::Exclamation);
+            return;
+        }
+        markChanged();
+        accepted = true;
+    });
+    return accepted;
+}
+
+DistintaEditor::Leave DistintaEditor::validateDate(DateBox box, const QString &text)
+{
+    Leave leave = Leave::Accept;
+    underTrap(
+        location(box == DateBox::Creazione ? "mskData_Validate" : "mskDataValuta_Validate"), [&] {
+            if (!hasDistinta() || isDefinitiva() || distintaNumber(m_d.header().cod_distinta) == 0)
+                return;
+            if (isEmptyDateText(text)) {
+                msgBox(box == DateBox::Creazione
+                           ? QStringLiteral("Inserire la data di creazione della distinta!")
+                           : QStringLiteral("Inserire la data valuta!"),
+                       Buttons::Ok, Icon::Exclamation);
+                leave = Leave::KeepFocus;
+                return;
+            }
+            const QString completed = dates::completeTwoDigitYear(text);
+            if (completed != text)
+                m_view->setDateBoxText(box, completed);
+            const QDate date = dates::parseDmy(completed);
+            if (!date.isValid()) {
+                leave = Leave::KeepFocusSelected;
+                return;
+            }
+            // The creation date is also the value date: entering one sets both.
+            const Testata &h = m_d.header();
+            const bool creation = box == DateBox::Creazione;
+            if (h.dat_data_valuta != date || (creation && h.dat_data_creazione != date)) {
+                Testata &edit = m_d.editHeader();
+                if (creation)
+                    edit.dat_data_creazione = date;
+                edit.dat_data_valuta = date;
+                if (creation)
+                    m_view->setDateBoxText(DateBox::Valuta, dates::toDmy(date));
+                markChanged();
+            }
+            if (m_furtherDateCheck && !m_furtherDateCheck(date))
+                leave = Leave::KeepFocusSelected;
+        });
+    return leave;
+}
+
+bool DistintaEditor::ControllaDate()
+{
+    if (isEmptyDateText(m_view->dateBoxText(DateBox::Creazione))) {
+        msgBox(QStringLiteral("Inserire la data di creazione della distinta!"), Buttons::Ok,
+               Icon::Exclamation);
+        m_view->focusDateBox(DateBox::Creazione, false);
+        return false;
+    }
+    if (isEmptyDateText(m_view->dateBoxText(DateBox::Valuta))) {
+        msgBox(QStringLiteral("Inserire la data valuta!"), Buttons::Ok, Icon::Exclamation);
+        m_view->focusDateBox(DateBox::Valuta, false);
+        return false;
+    }
+    return true;
+}
+
+void DistintaEditor::headerF4(int index)
+{
+    if (index != AbiBanca && index != CabBanca)
+        return;
+    underTrap(location("txtTestata_KeyDown"), [&] {
+        if (!hasDistinta() || isDefinitiva())
+            return;
+        double value = 0;
+        const QString text = headerText(index).trimmed();
+        if (vb::toNumber(text, &value) && value > 0)
+            setHeaderText(index, vb::format(value, u"00000"));
+        const QString choice = m_view->lookupBanksAndAgencies();
+        if (choice.trimmed().isEmpty())
+            return;
+        setHeaderText(AbiBanca, choice.mid(0, 5));
+        setHeaderText(CabBanca, choice.mid(6, 5));
+        AggiornaBancaAzienda();
+        markChanged();
+        m_view->focusDateBox(DateBox::Valuta, false);
+    });
+}
+
+void DistintaEditor::validateBankField(int index)
+{
+    if (index != AbiBanca && index != CabBanca)
+        return;
+    underTrap(location("txtTestata_Validate"), [&] {
+        if (!hasDistinta() || isDefinitiva())
+            return;
+        const QString text = headerText(index).trimmed();
+        if (text.isEmpty())
+            return;
+        setHeaderText(index, vb::format(text, u"00000"));
+        const bool found = AggiornaBancaAzienda();
+        if (index == CabBanca && !found)
+            msgBox(QStringLiteral("Banca non trovata"), Buttons::Ok, Icon::Exclamation);
+    });
+}
+
+bool DistintaEditor::AggiornaBancaAzienda()
+{
+    bool found = false;
+    underTrap(location("AggiornaBancaAzienda"), [&] {
+        if (!hasDistinta() || !m_erp)
+            return;
+        const Testata &h = m_d.header();
+        const QString key =
+            h.cod_abi_banca.left(5).leftJustified(5) + h.cod_cab_banca.left(5).leftJustified(5);
+        Testata edit = h;
+
+        archives::ErpRecord ba1(archives::TabelleAzienda, QStringLiteral("BA1"));
+        ba1.setText(QStringLiteral("codice"), key);
+        found = m_erp->readEq(ba1, 1);
+        if (found) {
+            edit.cod_codiceabi = ba1.trimmed(QStringLiteral("abi"));
+            edit.cod_codicecab = ba1.trimmed(QStringLiteral("cab"));
+            edit.des_conto_ordinante = ba1.trimmed(QStringLiteral("conto_ordinante"));
+            edit.des_ban_azi = ba1.trimmed(QStringLiteral("des_banca"));
+        }
+
+        archives::ErpRecord ba2(archives::TabelleAzienda, QStringLiteral("BA2"));
+        ba2.setText(QStringLiteral("codice"), key);
+        const QString sia = m_erp->readEq(ba2, 1) ? ba2.trimmed(QStringLiteral("sia")) : QString();
+        edit.cod_sia_banca = sia.isEmpty() ? QStringLiteral("000000") : sia;
+
+        archives::ErpRecord ba3(archives::TabelleAzienda, QStringLiteral("BA3"));
+        ba3.setText(QStringLiteral("codice"), key);
+        if (m_erp->readEq(ba3, 1))
+            edit.des_riferimenti = ba3.trimmed(QStringLiteral("riferimenti"));
+
+        if (edit.cod_codiceabi != h.cod_codiceabi || edit.cod_codicecab != h.cod_codicecab ||
+            edit.des_conto_ordinante != h.des_conto_ordinante ||
+            edit.des_ban_azi != h.des_ban_azi || edit.cod_sia_banca != h.cod_sia_banca ||
+            edit.des_riferimenti != h.des_riferimenti)
+            m_d.editHeader() = edit;
+    });
+    m_view->BindControls();
+    return found;
+}
+
+void DistintaEditor::AggiornaFlagStato()
+{
+    underTrap(location("AggiornaFlagStato"), [&] {
+        if (!hasDistinta() || isDefinitiva())
+            return;
+        if (!m_store->AggiornaFlagStato(m_d, QStringLiteral("D")))
+            return;
+        bindLoaded();
+        SetBtnGestione(QStringLiteral("YYNNYY"));
+    });
+}
+
+void DistintaEditor::CalcolaTotali()
+{
+    underTrap(location("CalcolaTotali"), [&] {
+        if (!hasDistinta())
+            return;
+        qint64 cents = 0;
+        for (int i = 0; i < m_d.righe.size(); ++i)
+            cents += money::toCents(m_d.righe.at(i).val_imp_indist_val.value_or(0.0));
+        const double total = money::fromCents(cents);
+        const qint32 count = m_d.righe.size();
+        const Testata &h = m_d.header();
+        if (!money::sameAmount(h.val_importo_totale, total) || h.num_numero_disp != count) {
+            Testata &edit = m_d.editHeader();
+            edit.val_importo_totale = total;
+            edit.num_numero_disp = count;
+        }
+    });
+    m_view->showTotals();
+}
+
+bool DistintaEditor::Form_QueryUnload()
+{
+    if (!hasDistinta() || m_d.header().cod_distinta.trimmed().isEmpty())
+        return true;
+    if (!isDefinitiva() && !ControllaDate())
+        return false;
+    if (hasUnsavedChanges())
+        return btnGestione_ClickED(Salva);
+    return true;
+}
+
+bool DistintaEditor::rowChangeAllowed(const QString &question)
+{
+    if (isDefinitiva()) {
+        msgBox(Refused, Buttons::Ok, Icon::Exclamation);
+        return false;
+    }
+    if (state() == u"F")
+        return msgBox(question, Buttons::YesNo, Icon::Question) == Answer::Yes;
+    return true;
+}
+
+void DistintaEditor::cmdAggiungi_Click()
+{
+    underTrap(location("cmdAggiungi_Click"), [&] {
+        if (!hasDistinta())
+            return;
+        if (!rowChangeAllowed(
+                QStringLiteral("Distinta già presentata in banca. Confermi la variazione.")))
+            return;
+        if (!m_view->showSelectionDialog())
+            return;
+        m_view->addSelectedDueItems(m_d);
+        m_view->BindControls();
+        m_view->LoadRows();
+        CalcolaTotali();
+        SetBtnGestione(existsInDatabase() ? QStringLiteral("YYYYYY") : QStringLiteral("YYYNYY"));
+    });
+}
+
+void DistintaEditor::cmdElRiga_Click()
+{
+    underTrap(location("cmdElRiga_Click"), [&] {
+        if (!hasDistinta())
+            return;
+        if (!rowChangeAllowed(
+                QStringLiteral("Distinta già presentata in banca. Confermi la variazione?")))
+            return;
+        bool removed = false;
+        for (const QString &key : m_view->selectedRowKeys()) {
+            const int row = m_d.righe.indexOfKey(key);
+            if (row < 0)
+                continue;
+            // The due item is remembered so that the next save frees it in the suite.
+            m_store->AddRigheDaCanc(key);
+            m_d.righe.removeAt(row);
+            removed = true;
+        }
+        m_view->LoadRows();
+        CalcolaTotali();
+        if (removed)
+            markChanged();
+    });
+}
+
+void DistintaEditor::cmdZoom_Click()
+{
+    underTrap(location("cmdDettaglio_Click"), [&] {
+        const QString key = m_view->currentRowKey();
+        if (!hasDistinta() || key.isEmpty())
+            return;
+        archives::ErpRecord dueItem(archives::Scadenze);
+        dueItem.setText(QStringLiteral("flag_colpar"), key.left(1));
+        dueItem.setText(QStringLiteral("link"), key.mid(1));
+        if (!m_erp || !m_erp->readEq(dueItem, 2)) {
+            msgBox(
+                QStringLiteral("Scadenza non trovata. E' probabile che sia una scadenza generata "
+                               "da 'UNIFICA SCADENZE'."),
+                Buttons::Ok, Icon::Information);
+            return;
+        }
+        m_view->showDueItemDetail(dueItem);
+    });
+}
+
+void DistintaEditor::cmdZoomCli_Click()
+{
+    underTrap(location("cmdZoomCli_Click"), [&] {
+        if (!hasDistinta())
+            return;
+        if (m_view->listRowCount() > 0 && !m_view->hasListColumn(QStringLiteral("Codice"))) {
+            msgBox(
+                QStringLiteral("Per questa funzione è necessario abilitare la visualizzazione  ") +
+                    CrLf + QStringLiteral("della Colonna Codice Fornitore dalle Opzioni!"),
+                Buttons::Ok, Icon::Information);
+            return;
+        }
+        const int row = m_d.righe.indexOfKey(m_view->currentRowKey());
+        if (row < 0)
+            return;
+        const QString code = m_d.righe.at(row).cod_clifor.trimmed();
+        if (m_d.header().flg_tipo == u"F")
+            m_view->showAccountDetail(code, QStringLiteral("Zoom Fornitore"),
+                                      QStringLiteral("Dati Fornitore"));
+        else
+            m_view->showAccountDetail(code, QStringLiteral("Zoom Cliente"),
+                                      QStringLiteral("Dati Cliente"));
+    });
+}
+
+bool DistintaEditor::cmdStSolle_Click()
+{
+    if (!hasDistinta())
+        return false;
+    if (hasUnsavedChanges()) {
+        msgBox(QStringLiteral("Distinta non ancora salvata"), Buttons::Ok, Icon::Exclamation);
+        return false;
+    }
+    return true;
+}
+
+} // namespace pg::editor
