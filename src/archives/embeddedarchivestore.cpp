@@ -15,11 +15,18 @@ namespace pg::archives {
 
 namespace {
 
+struct OpenArchive;
+
 // A store file in use, shared by every session that opened one of its archives.
 struct Store
 {
     StoreFile file;
     int users = 0;
+    // The one archive whose walk has a live cursor on this store. Every other call on the
+    // store suspends it first, so that no read snapshot outlives the walk's own next-reads:
+    // an older snapshot would hide other programs' changes from equal reads and make
+    // rewrites fail once another program has written.
+    OpenArchive *walker = nullptr;
 };
 
 // An archive opened by a session: its mode, the position of its last positioning read and
@@ -33,7 +40,7 @@ struct OpenArchive
 
     // The position: the key order of the last positioning read and the last record returned
     // in it (its key and id). A live cursor stands on that record while the walk goes on;
-    // without one, a next-read seeks past the position.
+    // without one (suspended, or after an equal read), a next-read seeks past the position.
     int key = 0; // 0: no position
     Statement cursor;
     bool cursorOnRow = false;
@@ -42,15 +49,6 @@ struct OpenArchive
     bool atEnd = false;
 
     qint64 current = 0; // id of the record last read, 0 when there is none
-
-    void forget()
-    {
-        cursor.reset();
-        cursorOnRow = false;
-        key = 0;
-        atEnd = false;
-        current = 0;
-    }
 };
 
 using Session = std::map<int, std::unique_ptr<OpenArchive>>;
@@ -74,9 +72,10 @@ public:
     void readRecord(const OpenArchive &open, sqlite3_stmt *statement, QByteArray &record);
     // Starts a walk in key order at the first record at or after the start key.
     qint16 position(OpenArchive &open, int key, const QByteArray &startKey, QByteArray &record);
-    // Stops every live cursor on the store, remembering where each stood, so that no read
-    // keeps a transaction open across a write.
-    void suspendCursors(const Store *store);
+    // Stops the live cursor on the store, if any, remembering where it stood.
+    void suspendWalker(Store *store);
+    // Drops the archive's position and record last read.
+    void forget(OpenArchive &open);
 
     QString companyDir;
     QString commonDir;
@@ -104,6 +103,8 @@ OpenArchive *EmbeddedArchiveStore::Private::find(qint32 handle, qint32 archive, 
 void EmbeddedArchiveStore::Private::release(std::unique_ptr<OpenArchive> open)
 {
     Store *store = open->store;
+    if (store->walker == open.get())
+        store->walker = nullptr;
     open.reset();
     if (--store->users == 0)
         stores.erase(store->file.path());
@@ -127,7 +128,8 @@ void EmbeddedArchiveStore::Private::readRecord(const OpenArchive &open, sqlite3_
 qint16 EmbeddedArchiveStore::Private::position(OpenArchive &open, int key,
                                                const QByteArray &startKey, QByteArray &record)
 {
-    open.forget();
+    suspendWalker(open.store);
+    forget(open);
     const QByteArray column = StoreFile::keyColumn(key);
     open.cursor =
         open.store->file.prepare("SELECT id, record, " + column + " FROM " + open.table +
@@ -139,6 +141,7 @@ qint16 EmbeddedArchiveStore::Private::position(OpenArchive &open, int key,
     open.key = key;
     const int rc = sqlite3_step(open.cursor.get());
     if (rc == SQLITE_ROW) {
+        open.store->walker = &open;
         open.cursorOnRow = true;
         open.current = sqlite3_column_int64(open.cursor.get(), 0);
         readRecord(open, open.cursor.get(), record);
@@ -153,23 +156,31 @@ qint16 EmbeddedArchiveStore::Private::position(OpenArchive &open, int key,
     return done(open.store->file.fail(rc));
 }
 
-void EmbeddedArchiveStore::Private::suspendCursors(const Store *store)
+void EmbeddedArchiveStore::Private::suspendWalker(Store *store)
 {
-    for (auto &[handle, session] : sessions) {
-        for (auto &[archive, open] : session) {
-            if (open->store != store || !open->cursor)
-                continue;
-            if (open->cursorOnRow) {
-                sqlite3_stmt *cursor = open->cursor.get();
-                open->lastId = sqlite3_column_int64(cursor, 0);
-                open->lastKey =
-                    QByteArray(static_cast<const char *>(sqlite3_column_blob(cursor, 2)),
-                               sqlite3_column_bytes(cursor, 2));
-            }
-            open->cursor.reset();
-            open->cursorOnRow = false;
-        }
+    OpenArchive *walker = store->walker;
+    if (!walker)
+        return;
+    if (walker->cursorOnRow) {
+        sqlite3_stmt *cursor = walker->cursor.get();
+        walker->lastId = sqlite3_column_int64(cursor, 0);
+        walker->lastKey = QByteArray(static_cast<const char *>(sqlite3_column_blob(cursor, 2)),
+                                     sqlite3_column_bytes(cursor, 2));
     }
+    walker->cursor.reset();
+    walker->cursorOnRow = false;
+    store->walker = nullptr;
+}
+
+void EmbeddedArchiveStore::Private::forget(OpenArchive &open)
+{
+    if (open.store->walker == &open)
+        open.store->walker = nullptr;
+    open.cursor.reset();
+    open.cursorOnRow = false;
+    open.key = 0;
+    open.atEnd = false;
+    open.current = 0;
 }
 
 EmbeddedArchiveStore::EmbeddedArchiveStore()
@@ -296,6 +307,7 @@ qint16 EmbeddedArchiveStore::LetturaEqRec32(qint32 handle, qint32 archive, qint3
     if (!open->layout->hasKey(key))
         return d->done(BadKey);
 
+    d->suspendWalker(open->store);
     const QByteArray keyBytes = open->layout->keyOf(record, key);
     const QByteArray column = StoreFile::keyColumn(key);
     sqlite3_stmt *statement = open->store->file.cached("SELECT id, record FROM " + open->table +
@@ -304,7 +316,7 @@ qint16 EmbeddedArchiveStore::LetturaEqRec32(qint32 handle, qint32 archive, qint3
         return d->failed(*open);
     sqlite3_bind_blob(statement, 1, keyBytes.constData(), int(keyBytes.size()), SQLITE_STATIC);
     const int rc = sqlite3_step(statement);
-    open->forget();
+    d->forget(*open);
     if (rc == SQLITE_ROW) {
         // The record found is also the position for next-reads in this key's order.
         open->key = key;
@@ -356,6 +368,8 @@ qint16 EmbeddedArchiveStore::LetturaNextRec32(qint32 handle, qint32 archive, QBy
         open->current = 0;
         return d->done(EndOfArchive);
     }
+    if (open->store->walker != open)
+        d->suspendWalker(open->store);
     if (!open->cursor) {
         // The walk was suspended (or began with an equal read): seek past where it stood.
         const QByteArray column = StoreFile::keyColumn(open->key);
@@ -367,6 +381,7 @@ qint16 EmbeddedArchiveStore::LetturaNextRec32(qint32 handle, qint32 archive, QBy
         sqlite3_bind_blob(open->cursor.get(), 1, open->lastKey.constData(),
                           int(open->lastKey.size()), SQLITE_TRANSIENT);
         sqlite3_bind_int64(open->cursor.get(), 2, open->lastId);
+        open->store->walker = open;
     }
     sqlite3_stmt *cursor = open->cursor.get();
     const int rc = sqlite3_step(cursor);
@@ -376,6 +391,7 @@ qint16 EmbeddedArchiveStore::LetturaNextRec32(qint32 handle, qint32 archive, QBy
         d->readRecord(*open, cursor, record);
         return d->done(Ok);
     }
+    open->store->walker = nullptr;
     open->cursor.reset();
     open->cursorOnRow = false;
     open->current = 0;
@@ -410,8 +426,8 @@ qint16 EmbeddedArchiveStore::RiscritturaRec32(qint32 handle, qint32 archive,
         sql += ", " + StoreFile::keyColumn(keys.at(i)) + " = ?" + QByteArray::number(i + 2);
     sql += " WHERE id = ?" + QByteArray::number(keys.size() + 2);
 
-    // With no other statement active on the connection, the update commits as it ends.
-    d->suspendCursors(open->store);
+    // With no cursor open on the connection, the update commits as it ends.
+    d->suspendWalker(open->store);
     StoreFile &file = open->store->file;
     sqlite3_stmt *statement = file.cached(sql);
     if (!statement)

@@ -142,14 +142,15 @@ ArchiveError StoreFile::open(const QString &path, Access access)
         close();
         return error;
     }
-    bool ok = true;
-    if (applicationId == 0 && tables == 0 && access == Access::CreateWhenMissing)
-        ok = initialiseNewStore();
-    else if (applicationId != StoreApplicationId || format > StoreFormat)
-        ok = failWith(Damaged, QStringLiteral("Il file %1 non è un archivio.").arg(path)) == Ok;
+    const bool isNew = applicationId == 0 && tables == 0 && access == Access::CreateWhenMissing;
+    bool ok = isNew || (applicationId == StoreApplicationId && format <= StoreFormat);
+    if (!ok)
+        failWith(Damaged, QStringLiteral("Il file %1 non è un archivio.").arg(path));
     // Write-ahead log (kept in the file) and normal synchronisation (per connection): each
     // commit survives a crash of the program without waiting for the disk.
     ok = ok && exec("PRAGMA journal_mode = WAL") && exec("PRAGMA synchronous = NORMAL");
+    if (ok && isNew)
+        ok = initialiseNewStore();
     if (!ok) {
         const ArchiveError error = m_lastError;
         const QString text = m_errorText;
@@ -163,11 +164,15 @@ ArchiveError StoreFile::open(const QString &path, Access access)
 
 bool StoreFile::initialiseNewStore()
 {
-    const QByteArray setup = "PRAGMA application_id = " + QByteArray::number(StoreApplicationId) +
-                             "; PRAGMA user_version = " + QByteArray::number(StoreFormat) +
-                             "; CREATE TABLE IF NOT EXISTS tracciati "
-                             "(archivio INTEGER PRIMARY KEY, firma TEXT NOT NULL);";
-    return exec(setup.constData());
+    const QByteArray setup =
+        "BEGIN IMMEDIATE; PRAGMA application_id = " + QByteArray::number(StoreApplicationId) +
+        "; PRAGMA user_version = " + QByteArray::number(StoreFormat) +
+        "; CREATE TABLE IF NOT EXISTS tracciati "
+        "(archivio INTEGER PRIMARY KEY, firma TEXT NOT NULL); COMMIT;";
+    if (exec(setup.constData()))
+        return true;
+    sqlite3_exec(m_db, "ROLLBACK", nullptr, nullptr, nullptr);
+    return false;
 }
 
 void StoreFile::close()

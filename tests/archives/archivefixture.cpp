@@ -13,7 +13,7 @@ namespace pg::test {
 
 using namespace pg::archives;
 
-ArchiveFixture::ArchiveFixture()
+ArchiveFixture::ArchiveFixture() : m_dir(QDir::tempPath() + QStringLiteral("/pgXXXXXX"))
 {
     QDir().mkpath(companyDir());
     QDir().mkpath(commonDir());
@@ -58,6 +58,12 @@ QString ArchiveFixture::load(const QList<std::pair<int, QByteArray>> &records) c
     return {};
 }
 
+bool ArchiveFixture::copyStoresFrom(const ArchiveFixture &other) const
+{
+    return QFile::copy(other.companyStore(), companyStore()) &&
+           QFile::copy(other.commonStore(), commonStore());
+}
+
 QByteArray dueItem(const QString &name, const QString &flag, const QString &link,
                    const QString &dueDate, const QString &account)
 {
@@ -90,32 +96,65 @@ QString nameOf(const QByteArray &dueItem)
     return r.trimmed(QStringLiteral("descrizione"));
 }
 
+StoreConnection::StoreConnection(const QString &storePath, bool create)
+{
+    const int flags = SQLITE_OPEN_READWRITE | (create ? SQLITE_OPEN_CREATE : 0);
+    if (sqlite3_open_v2(storePath.toUtf8().constData(), &m_db, flags, nullptr) != SQLITE_OK) {
+        sqlite3_close(m_db);
+        m_db = nullptr;
+    }
+}
+
+StoreConnection::~StoreConnection()
+{
+    sqlite3_close(m_db);
+}
+
+bool StoreConnection::exec(const QByteArray &sql)
+{
+    return m_db && sqlite3_exec(m_db, sql.constData(), nullptr, nullptr, nullptr) == SQLITE_OK;
+}
+
+QByteArray StoreConnection::record(int archive, int key, const QByteArray &keyBytes)
+{
+    const QByteArray sql = "SELECT record FROM archivio_" + QByteArray::number(archive) +
+                           " WHERE chiave_" + QByteArray::number(key) + " = ?1 ORDER BY id";
+    sqlite3_stmt *statement = nullptr;
+    QByteArray out;
+    if (m_db && sqlite3_prepare_v2(m_db, sql.constData(), -1, &statement, nullptr) == SQLITE_OK) {
+        sqlite3_bind_blob(statement, 1, keyBytes.constData(), int(keyBytes.size()),
+                          SQLITE_TRANSIENT);
+        if (sqlite3_step(statement) == SQLITE_ROW)
+            out = QByteArray(static_cast<const char *>(sqlite3_column_blob(statement, 0)),
+                             sqlite3_column_bytes(statement, 0));
+    }
+    sqlite3_finalize(statement);
+    return out;
+}
+
+int StoreConnection::rowCount(const QByteArray &table)
+{
+    sqlite3_stmt *statement = nullptr;
+    int count = -1;
+    if (m_db &&
+        sqlite3_prepare_v2(m_db, ("SELECT count(*) FROM " + table).constData(), -1, &statement,
+                           nullptr) == SQLITE_OK &&
+        sqlite3_step(statement) == SQLITE_ROW)
+        count = sqlite3_column_int(statement, 0);
+    sqlite3_finalize(statement);
+    return count;
+}
+
 bool execOnStore(const QString &storePath, const QByteArray &sql)
 {
-    sqlite3 *db = nullptr;
-    bool ok = sqlite3_open_v2(storePath.toUtf8().constData(), &db, SQLITE_OPEN_READWRITE,
-                              nullptr) == SQLITE_OK;
-    ok = ok && sqlite3_exec(db, sql.constData(), nullptr, nullptr, nullptr) == SQLITE_OK;
-    sqlite3_close(db);
-    return ok;
+    return StoreConnection(storePath).exec(sql);
 }
 
 int rowCount(const QString &storePath, const QByteArray &table)
 {
     if (!QFile::exists(storePath))
         return -1;
-    sqlite3 *db = nullptr;
-    sqlite3_stmt *statement = nullptr;
-    int count = -1;
-    if (sqlite3_open_v2(storePath.toUtf8().constData(), &db, SQLITE_OPEN_READONLY, nullptr) ==
-            SQLITE_OK &&
-        sqlite3_prepare_v2(db, ("SELECT count(*) FROM " + table).constData(), -1, &statement,
-                           nullptr) == SQLITE_OK &&
-        sqlite3_step(statement) == SQLITE_ROW)
-        count = sqlite3_column_int(statement, 0);
-    sqlite3_finalize(statement);
-    sqlite3_close(db);
-    return count;
+    return StoreConnection(storePath).rowCount(table);
 }
 
 } // namespace pg::test

@@ -1,0 +1,617 @@
+// The record manager's rules, run against each implementation: the embedded archive store
+// called directly, and the library binding loading the program's own record-manager library.
+
+#include "archivefixture.h"
+
+#include "archives/archiveerror.h"
+#include "archives/archivenumbers.h"
+#include "archives/embeddedarchivestore.h"
+#include "archives/erprecord.h"
+#include "archives/libraryrecordmanager.h"
+#include "archives/recordlayout.h"
+
+#include <QDir>
+#include <QFile>
+#include <QTest>
+
+#include <memory>
+
+using namespace pg;
+using namespace pg::archives;
+using pg::test::ArchiveFixture;
+using pg::test::StoreConnection;
+
+namespace {
+
+enum Implementation { Embedded, Library };
+enum Reader { First, Gen, Equal };
+
+constexpr qint32 Session = 4711;
+constexpr qint32 OtherSession = 4712;
+
+const ArchiveLayout &dueItems()
+{
+    return *RecordLayouts::instance().archive(Scadenze);
+}
+
+// The due items of every test, written in this order. By key 1 (due date, account, key 2)
+// they read F C E A D B; by key 2 (flag and link) C B D F A E, where D and F share key 2.
+QByteArray item(char name)
+{
+    struct Item
+    {
+        const char *flag, *link, *date, *account;
+    };
+    static const Item items[] = {
+        {"F", "0000000000003", "20240110", "F000010"}, // A
+        {"F", "0000000000001", "20240301", "F000020"}, // B
+        {"C", "0000000000002", "20240110", "C000005"}, // C
+        {"F", "0000000000002", "20240215", "F000010"}, // D
+        {"F", "0000000000010", "20240110", "F000003"}, // E
+        {"F", "0000000000002", "20240105", "F000010"}, // F
+    };
+    const Item &i = items[name - 'A'];
+    return test::dueItem(QString(QLatin1Char(name)), QString::fromLatin1(i.flag),
+                         QString::fromLatin1(i.link), QString::fromLatin1(i.date),
+                         QString::fromLatin1(i.account));
+}
+
+QByteArray bankAgency()
+{
+    return test::commonTable(QStringLiteral("BN "), QStringLiteral("0306901600"),
+                             QStringLiteral("Banca di prova"));
+}
+
+// A blank record of the archive with the key's fields holding the bytes, one field after
+// the other, blank-padded: what the program sets before an equal or positioning read.
+QByteArray withKey(int archive, int key, const QByteArray &bytes)
+{
+    const ArchiveLayout &layout = *RecordLayouts::instance().archive(archive);
+    QByteArray record(layout.length, ' ');
+    int at = 0;
+    for (const FieldDef &f : layout.keyFields(key)) {
+        const QByteArray part = bytes.mid(at, f.width);
+        record.replace(f.offset, int(part.size()), part);
+        at += f.width;
+    }
+    return record;
+}
+
+QByteArray changed(QByteArray record)
+{
+    ErpRecord r(Scadenze);
+    r.buffer() = record;
+    r.setText(QStringLiteral("stato_dist"), QStringLiteral("5"));
+    r.setText(QStringLiteral("mark_dist"), QStringLiteral("B"));
+    r.setText(QStringLiteral("mark_pres"), QStringLiteral("B"));
+    r.setText(QStringLiteral("data_dist"), QStringLiteral("20240501"));
+    r.setText(QStringLiteral("abi_pres"), QStringLiteral("03069"));
+    r.setText(QStringLiteral("cab_pres"), QStringLiteral("01600"));
+    return r.buffer();
+}
+
+} // namespace
+
+class TestRecordManager : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void initTestCase();
+    void initTestCase_data();
+    void init();
+    void cleanup();
+
+    void openFailures_data();
+    void openFailures();
+    void sessionsAndModes();
+    void equalReads_data();
+    void equalReads();
+    void walksInKeyOrder_data();
+    void walksInKeyOrder();
+    void refusedReads_data();
+    void refusedReads();
+    void rewritePersistsWhole();
+    void rewriteRefusals_data();
+    void rewriteRefusals();
+    void rewriteDuringAWalk();
+    void rewriteMovingKey1();
+
+private:
+    // Opens an archive and checks that it opened.
+    void open(qint32 session, int archive, int mode);
+    // The outcome of the call just made, checked against its status: 0 or more on success.
+    qint32 outcome(qint16 status);
+    QByteArray stored(char name);
+
+    ArchiveFixture m_template; // the stores every test starts from
+    std::unique_ptr<ArchiveFixture> m_fx;
+    std::unique_ptr<RecordManager> m_rm;
+};
+
+void TestRecordManager::initTestCase()
+{
+    QVERIFY(m_template.isValid());
+    QList<std::pair<int, QByteArray>> records;
+    for (char name = 'A'; name <= 'F'; ++name)
+        records.append({Scadenze, item(name)});
+    records.append({TabelleComuni, bankAgency()});
+    QCOMPARE(m_template.load(records), QString());
+}
+
+void TestRecordManager::initTestCase_data()
+{
+    QTest::addColumn<int>("implementation");
+    QTest::newRow("embedded store") << int(Embedded);
+    QTest::newRow("library binding") << int(Library);
+}
+
+void TestRecordManager::init()
+{
+    QFETCH_GLOBAL(int, implementation);
+    m_fx = std::make_unique<ArchiveFixture>();
+    QVERIFY(m_fx->isValid());
+    m_fx->writeIniFiles();
+    QVERIFY(m_fx->copyStoresFrom(m_template));
+
+    if (implementation == Embedded) {
+        m_rm = std::make_unique<EmbeddedArchiveStore>(m_fx->companyDir(), m_fx->commonDir());
+    } else {
+        auto binding = std::make_unique<LibraryRecordManager>(
+            QStringLiteral(PAGAMENTI_BINARY_DIR "/bin/tqzdbm32"));
+        QVERIFY2(binding->isLoaded(), qPrintable(binding->errorString()));
+        m_rm = std::move(binding);
+    }
+    QVERIFY(m_rm->VBInit(Session) != 0);
+}
+
+void TestRecordManager::cleanup()
+{
+    if (m_rm) {
+        m_rm->VBEnd(Session);
+        m_rm->VBEnd(OtherSession);
+    }
+    m_rm.reset();
+    m_fx.reset();
+}
+
+void TestRecordManager::open(qint32 session, int archive, int mode)
+{
+    QCOMPARE(outcome(m_rm->AperturaFile(session, archive, mode)), qint32(Ok));
+}
+
+qint32 TestRecordManager::outcome(qint16 status)
+{
+    const qint32 code = m_rm->TqGetErcode();
+    if ((status >= 0) != (code == Ok))
+        qWarning("status %d with error code %d", int(status), int(code));
+    return (status >= 0) == (code == Ok) ? code : -1;
+}
+
+QByteArray TestRecordManager::stored(char name)
+{
+    return StoreConnection(m_fx->companyStore())
+        .record(Scadenze, 1, dueItems().keyOf(item(name), 1));
+}
+
+void TestRecordManager::openFailures_data()
+{
+    QTest::addColumn<QString>("damage");
+    QTest::addColumn<int>("archive");
+    QTest::addColumn<int>("expected");
+    QTest::newRow("unknown archive") << QString() << 99 << int(UnknownArchive);
+    QTest::newRow("opened twice") << QStringLiteral("open first") << int(Scadenze)
+                                  << int(AlreadyOpen);
+    QTest::newRow("store file missing")
+        << QStringLiteral("remove common store") << int(TabelleComuni) << int(NotFound);
+    QTest::newRow("archive missing from its store")
+        << QStringLiteral("drop table") << int(Pagamenti) << int(NotFound);
+    QTest::newRow("file that is not a store")
+        << QStringLiteral("garbage") << int(Scadenze) << int(Damaged);
+    QTest::newRow("database of another program")
+        << QStringLiteral("foreign database") << int(Scadenze) << int(Damaged);
+    QTest::newRow("store built for other layouts")
+        << QStringLiteral("other layouts") << int(Scadenze) << int(Damaged);
+    QTest::newRow("store held exclusively by another program")
+        << QStringLiteral("exclusive lock") << int(Scadenze) << int(Locked);
+}
+
+void TestRecordManager::openFailures()
+{
+    QFETCH(QString, damage);
+    QFETCH(int, archive);
+    QFETCH(int, expected);
+
+    const QString company = m_fx->companyStore();
+    auto removeStore = [](const QString &path) {
+        for (const QString &suffix : {QString(), QStringLiteral("-wal"), QStringLiteral("-shm")})
+            QFile::remove(path + suffix);
+    };
+    std::unique_ptr<StoreConnection> holder;
+    if (damage == QStringLiteral("open first")) {
+        open(Session, archive, ReadRewrite);
+    } else if (damage == QStringLiteral("remove common store")) {
+        removeStore(m_fx->commonStore());
+    } else if (damage == QStringLiteral("drop table")) {
+        QVERIFY(test::execOnStore(company, "DROP TABLE archivio_55"));
+    } else if (damage == QStringLiteral("garbage")) {
+        removeStore(company);
+        QFile file(company);
+        QVERIFY(file.open(QIODevice::WriteOnly));
+        file.write(QByteArray(8192, '\x5a'));
+    } else if (damage == QStringLiteral("foreign database")) {
+        removeStore(company);
+        StoreConnection foreign(company, true);
+        QVERIFY(foreign.exec("CREATE TABLE archivio_38 (record BLOB)"));
+    } else if (damage == QStringLiteral("other layouts")) {
+        QVERIFY(test::execOnStore(company,
+                                  "UPDATE tracciati SET firma = '300;1=0+14' WHERE archivio = 38"));
+    } else if (damage == QStringLiteral("exclusive lock")) {
+        holder = std::make_unique<StoreConnection>(company);
+        QVERIFY(holder->exec("PRAGMA locking_mode = EXCLUSIVE; BEGIN EXCLUSIVE; "
+                             "UPDATE archivio_38 SET record = record"));
+    }
+
+    QCOMPARE(outcome(m_rm->AperturaFile(Session, archive, ReadRewrite)), qint32(expected));
+
+    if (damage == QStringLiteral("open first")) {
+        // The archive stays open as it was.
+        QByteArray record = withKey(Scadenze, 2, "F0000000000001");
+        QCOMPARE(outcome(m_rm->LetturaEqRec32(Session, Scadenze, 2, record)), qint32(Ok));
+        QCOMPARE(record, item('B'));
+    }
+    holder.reset();
+    // Whatever failed, the archives of the other store still open.
+    const int other = EmbeddedArchiveStore::isCommonArchive(archive) ? Scadenze : TabelleComuni;
+    if (archive != 99 && damage != QStringLiteral("open first"))
+        open(Session, other, ReadOnly);
+}
+
+void TestRecordManager::sessionsAndModes()
+{
+    open(Session, Scadenze, ReadOnly);
+    QByteArray record = withKey(Scadenze, 2, "F0000000000001");
+    QCOMPARE(outcome(m_rm->LetturaEqRec32(Session, Scadenze, 2, record)), qint32(Ok));
+    QCOMPARE(outcome(m_rm->RiscritturaRec32(Session, Scadenze, changed(record))),
+             qint32(OpenedReadOnly));
+
+    // Another session has archives of its own, with their own mode and record last read.
+    QVERIFY(m_rm->VBInit(OtherSession) != 0);
+    QByteArray other = withKey(Scadenze, 2, "F0000000000002");
+    QCOMPARE(outcome(m_rm->LetturaEqRec32(OtherSession, Scadenze, 2, other)), qint32(NotOpen));
+    open(OtherSession, Scadenze, ReadRewrite);
+    QCOMPARE(outcome(m_rm->LetturaEqRec32(OtherSession, Scadenze, 2, other)), qint32(Ok));
+    QCOMPARE(outcome(m_rm->RiscritturaRec32(OtherSession, Scadenze, changed(other))), qint32(Ok));
+    QCOMPARE(outcome(m_rm->RiscritturaRec32(Session, Scadenze, changed(record))),
+             qint32(OpenedReadOnly));
+    QCOMPARE(stored('B'), item('B'));
+    QCOMPARE(stored('D'), changed(item('D')));
+
+    QCOMPARE(outcome(m_rm->ChiusuraFile(Session, Scadenze)), qint32(Ok));
+    QCOMPARE(outcome(m_rm->ChiusuraFile(Session, Scadenze)), qint32(NotOpen));
+    QCOMPARE(outcome(m_rm->LetturaEqRec32(Session, Scadenze, 2, record)), qint32(NotOpen));
+    QCOMPARE(outcome(m_rm->ChiusuraFile(Session, 99)), qint32(UnknownArchive));
+
+    // Ending a session closes what it left open; the other archives stay usable.
+    open(Session, Scadenze, ReadOnly);
+    m_rm->VBEnd(OtherSession);
+    QCOMPARE(outcome(m_rm->LetturaEqRec32(OtherSession, Scadenze, 2, other)), qint32(NotOpen));
+    QCOMPARE(outcome(m_rm->LetturaEqRec32(Session, Scadenze, 2, record)), qint32(Ok));
+    QCOMPARE(record, item('B'));
+}
+
+void TestRecordManager::equalReads_data()
+{
+    QTest::addColumn<int>("archive");
+    QTest::addColumn<int>("key");
+    QTest::addColumn<QByteArray>("search");
+    QTest::addColumn<QByteArray>("expected"); // empty: not found
+
+    QTest::newRow("key 1") << int(Scadenze) << 1
+                           << withKey(Scadenze, 1, "20240215F000010F0000000000002") << item('D');
+    QTest::newRow("key 2") << int(Scadenze) << 2 << withKey(Scadenze, 2, "F0000000000001")
+                           << item('B');
+    QTest::newRow("key 2 shared: the first written")
+        << int(Scadenze) << 2 << withKey(Scadenze, 2, "F0000000000002") << item('D');
+    QTest::newRow("buffer holding only the key")
+        << int(Scadenze) << 2 << QByteArray("C0000000000002") << item('C');
+    QTest::newRow("key of no record")
+        << int(Scadenze) << 2 << withKey(Scadenze, 2, "F0000000000004") << QByteArray();
+    QTest::newRow("prefix is not equal")
+        << int(Scadenze) << 1 << withKey(Scadenze, 1, "20240215") << QByteArray();
+    QTest::newRow("common table") << int(TabelleComuni) << 1
+                                  << withKey(TabelleComuni, 1, "BN 0306901600") << bankAgency();
+}
+
+void TestRecordManager::equalReads()
+{
+    QFETCH(int, archive);
+    QFETCH(int, key);
+    QFETCH(QByteArray, search);
+    QFETCH(QByteArray, expected);
+    open(Session, archive, ReadOnly);
+
+    QByteArray record = search;
+    const qint32 code = outcome(m_rm->LetturaEqRec32(Session, archive, key, record));
+    if (expected.isEmpty()) {
+        QCOMPARE(code, qint32(NotFound));
+        QCOMPARE(record, search);
+    } else {
+        QCOMPARE(code, qint32(Ok));
+        QCOMPARE(record, expected);
+    }
+}
+
+void TestRecordManager::walksInKeyOrder_data()
+{
+    QTest::addColumn<int>("reader");
+    QTest::addColumn<int>("key");
+    QTest::addColumn<QByteArray>("start");
+    QTest::addColumn<QString>("expected");
+
+    QTest::newRow("key 1 from the start") << int(First) << 1 << QByteArray() << "FCEADB";
+    QTest::newRow("key 1 from a month") << int(First) << 1 << QByteArray("202402") << "DB";
+    QTest::newRow("key 1 from a day and kind of account")
+        << int(First) << 1 << QByteArray("20240110F") << "EADB";
+    QTest::newRow("key 1 from between two keys")
+        << int(First) << 1 << QByteArray("20240111") << "DB";
+    QTest::newRow("key 1 from after the last") << int(First) << 1 << QByteArray("2025") << "";
+    QTest::newRow("key 2 from the start") << int(First) << 2 << QByteArray() << "CBDFAE";
+    QTest::newRow("key 2 from a flag") << int(First) << 2 << QByteArray("F") << "BDFAE";
+    QTest::newRow("key 2 from a shared key")
+        << int(First) << 2 << QByteArray("F0000000000002") << "DFAE";
+    QTest::newRow("key 2 from after the last") << int(First) << 2 << QByteArray("G") << "";
+    QTest::newRow("positioning read on key 1")
+        << int(Gen) << 1 << QByteArray("20240110F") << "EADB";
+    QTest::newRow("positioning read on key 2")
+        << int(Gen) << 2 << QByteArray("F0000000000003") << "AE";
+    QTest::newRow("positioning read after the last") << int(Gen) << 1 << QByteArray("3") << "";
+    QTest::newRow("next-reads after an equal read on key 2")
+        << int(Equal) << 2 << QByteArray("F0000000000002") << "DFAE";
+    QTest::newRow("next-reads after an equal read on key 1")
+        << int(Equal) << 1 << QByteArray("20240110F000003F0000000000010") << "EADB";
+}
+
+void TestRecordManager::walksInKeyOrder()
+{
+    QFETCH(int, reader);
+    QFETCH(int, key);
+    QFETCH(QByteArray, start);
+    QFETCH(QString, expected);
+    open(Session, Scadenze, ReadRewrite);
+
+    QByteArray record = withKey(Scadenze, key, start);
+    qint32 code = Ok;
+    if (reader == First)
+        code = outcome(m_rm->LetturaFirstRec32(Session, Scadenze, key, record, start));
+    else if (reader == Gen)
+        code = outcome(m_rm->LetturaGenRec32(Session, Scadenze, key, record));
+    else
+        code = outcome(m_rm->LetturaEqRec32(Session, Scadenze, key, record));
+
+    QString names;
+    while (code == Ok) {
+        names += test::nameOf(record);
+        QCOMPARE(record, item(names.back().toLatin1()));
+        code = outcome(m_rm->LetturaNextRec32(Session, Scadenze, record));
+    }
+    QCOMPARE(names, expected);
+    QCOMPARE(code, qint32(EndOfArchive));
+    // The end stays the end, and there is no record to rewrite there.
+    QCOMPARE(outcome(m_rm->LetturaNextRec32(Session, Scadenze, record)), qint32(EndOfArchive));
+    QCOMPARE(outcome(m_rm->RiscritturaRec32(Session, Scadenze, item('A'))),
+             qint32(NoCurrentRecord));
+}
+
+void TestRecordManager::refusedReads_data()
+{
+    QTest::addColumn<QString>("call");
+    QTest::addColumn<int>("archive");
+    QTest::addColumn<int>("key");
+    QTest::addColumn<QByteArray>("start");
+    QTest::addColumn<int>("expected");
+
+    QTest::newRow("start key longer than the key")
+        << "first" << int(Scadenze) << 2 << QByteArray("F00000000000020") << int(BadKey);
+    QTest::newRow("first-read on a key the archive lacks")
+        << "first" << int(Scadenze) << 3 << QByteArray() << int(BadKey);
+    QTest::newRow("equal read on a key the archive lacks")
+        << "equal" << int(TabelleComuni) << 2 << QByteArray() << int(BadKey);
+    QTest::newRow("positioning read on key 0")
+        << "gen" << int(Scadenze) << 0 << QByteArray() << int(BadKey);
+    QTest::newRow("unknown archive") << "equal" << 99 << 1 << QByteArray() << int(UnknownArchive);
+    QTest::newRow("next-read on an unknown archive")
+        << "next" << 99 << 0 << QByteArray() << int(UnknownArchive);
+    QTest::newRow("archive not opened")
+        << "first" << int(SediClientiFornitori) << 1 << QByteArray() << int(NotOpen);
+    QTest::newRow("next-read without a read")
+        << "next" << int(Scadenze) << 0 << QByteArray() << int(NoCurrentRecord);
+    QTest::newRow("next-read after a read that found nothing")
+        << "missed equal, next" << int(Scadenze) << 2 << QByteArray() << int(NoCurrentRecord);
+}
+
+void TestRecordManager::refusedReads()
+{
+    QFETCH(QString, call);
+    QFETCH(int, archive);
+    QFETCH(int, key);
+    QFETCH(QByteArray, start);
+    QFETCH(int, expected);
+    open(Session, Scadenze, ReadRewrite);
+    open(Session, TabelleComuni, ReadOnly);
+
+    const QByteArray before = withKey(Scadenze, 2, "F0000000000001");
+    QByteArray record = before;
+    qint32 code = Ok;
+    if (call == QStringLiteral("first")) {
+        code = outcome(m_rm->LetturaFirstRec32(Session, archive, key, record, start));
+    } else if (call == QStringLiteral("equal")) {
+        code = outcome(m_rm->LetturaEqRec32(Session, archive, key, record));
+    } else if (call == QStringLiteral("gen")) {
+        code = outcome(m_rm->LetturaGenRec32(Session, archive, key, record));
+    } else if (call == QStringLiteral("next")) {
+        code = outcome(m_rm->LetturaNextRec32(Session, archive, record));
+    } else {
+        QByteArray missing = withKey(Scadenze, 2, "X0000000000000");
+        QCOMPARE(outcome(m_rm->LetturaFirstRec32(Session, archive, key, record, "F")), qint32(Ok));
+        QCOMPARE(outcome(m_rm->LetturaEqRec32(Session, archive, key, missing)), qint32(NotFound));
+        record = before;
+        code = outcome(m_rm->LetturaNextRec32(Session, archive, record));
+    }
+    QCOMPARE(code, qint32(expected));
+    QCOMPARE(record, before);
+}
+
+void TestRecordManager::rewritePersistsWhole()
+{
+    open(Session, Scadenze, ReadRewrite);
+    QByteArray record = withKey(Scadenze, 2, "F0000000000002");
+    QCOMPARE(outcome(m_rm->LetturaEqRec32(Session, Scadenze, 2, record)), qint32(Ok));
+    QCOMPARE(record, item('D'));
+    const QByteArray newD = changed(record);
+    QCOMPARE(outcome(m_rm->RiscritturaRec32(Session, Scadenze, newD)), qint32(Ok));
+
+    // Committed when the call returns: another connection already reads it, whole.
+    QCOMPARE(stored('D'), newD);
+    // Rewriting the same record again is allowed.
+    QCOMPARE(outcome(m_rm->RiscritturaRec32(Session, Scadenze, newD)), qint32(Ok));
+
+    QCOMPARE(outcome(m_rm->ChiusuraFile(Session, Scadenze)), qint32(Ok));
+    open(Session, Scadenze, ReadOnly);
+    QByteArray again = withKey(Scadenze, 1, dueItems().keyOf(item('D'), 1));
+    QCOMPARE(outcome(m_rm->LetturaEqRec32(Session, Scadenze, 1, again)), qint32(Ok));
+    QCOMPARE(again, newD);
+    QCOMPARE(stored('F'), item('F'));
+}
+
+void TestRecordManager::rewriteRefusals_data()
+{
+    QTest::addColumn<QString>("before");
+    QTest::addColumn<int>("expected");
+    QTest::newRow("archive opened read-only") << "read-only" << int(OpenedReadOnly);
+    QTest::newRow("without a read") << "no read" << int(NoCurrentRecord);
+    QTest::newRow("after a read that found nothing") << "missed read" << int(NoCurrentRecord);
+    QTest::newRow("after the end of the archive") << "end" << int(NoCurrentRecord);
+    QTest::newRow("read by another session") << "other session" << int(NoCurrentRecord);
+    QTest::newRow("record shorter than the layout") << "short" << int(BadRecord);
+    QTest::newRow("store locked by another connection") << "locked" << int(Locked);
+}
+
+void TestRecordManager::rewriteRefusals()
+{
+    QFETCH(QString, before);
+    QFETCH(int, expected);
+    open(Session, Scadenze, before == QStringLiteral("read-only") ? ReadOnly : ReadRewrite);
+
+    QByteArray record = withKey(Scadenze, 2, "F0000000000002");
+    if (before == QStringLiteral("other session")) {
+        QVERIFY(m_rm->VBInit(OtherSession) != 0);
+        open(OtherSession, Scadenze, ReadRewrite);
+        QCOMPARE(outcome(m_rm->LetturaEqRec32(OtherSession, Scadenze, 2, record)), qint32(Ok));
+    } else if (before != QStringLiteral("no read")) {
+        QCOMPARE(outcome(m_rm->LetturaEqRec32(Session, Scadenze, 2, record)), qint32(Ok));
+    }
+    QByteArray newD = changed(record);
+    if (before == QStringLiteral("missed read")) {
+        QByteArray missing = withKey(Scadenze, 2, "F0000000000004");
+        QCOMPARE(outcome(m_rm->LetturaEqRec32(Session, Scadenze, 2, missing)), qint32(NotFound));
+    } else if (before == QStringLiteral("end")) {
+        QByteArray last = withKey(Scadenze, 2, "F0000000000010");
+        QCOMPARE(outcome(m_rm->LetturaEqRec32(Session, Scadenze, 2, last)), qint32(Ok));
+        QCOMPARE(outcome(m_rm->LetturaNextRec32(Session, Scadenze, last)), qint32(EndOfArchive));
+    } else if (before == QStringLiteral("short")) {
+        newD.chop(1);
+    }
+
+    std::unique_ptr<StoreConnection> holder;
+    if (before == QStringLiteral("locked")) {
+        holder = std::make_unique<StoreConnection>(m_fx->companyStore());
+        QVERIFY(holder->exec("BEGIN IMMEDIATE; UPDATE archivio_38 SET record = record"));
+    }
+    QCOMPARE(outcome(m_rm->RiscritturaRec32(Session, Scadenze, newD)), qint32(expected));
+    if (holder) {
+        // The store stays readable while another program writes.
+        QByteArray read = withKey(Scadenze, 2, "F0000000000002");
+        QCOMPARE(outcome(m_rm->LetturaEqRec32(Session, Scadenze, 2, read)), qint32(Ok));
+        QCOMPARE(read, item('D'));
+        QVERIFY(holder->exec("ROLLBACK"));
+        holder.reset();
+    }
+    QCOMPARE(stored('D'), item('D'));
+    QCOMPARE(stored('F'), item('F'));
+}
+
+void TestRecordManager::rewriteDuringAWalk()
+{
+    QVERIFY(m_rm->VBInit(OtherSession) != 0);
+    open(Session, Scadenze, ReadRewrite);
+    open(OtherSession, Scadenze, ReadRewrite);
+    const QString store = m_fx->companyStore();
+
+    QByteArray record(10, ' ');
+    QCOMPARE(outcome(m_rm->LetturaFirstRec32(Session, Scadenze, 1, record, QByteArray())),
+             qint32(Ok));
+    QCOMPARE(test::nameOf(record), QStringLiteral("F"));
+    QCOMPARE(outcome(m_rm->LetturaNextRec32(Session, Scadenze, record)), qint32(Ok));
+    QCOMPARE(test::nameOf(record), QStringLiteral("C"));
+    // Another program changes F, already walked, while the walk stands on C: the walk's
+    // rewrite of C still goes through, and is durable at once though the walk goes on.
+    QVERIFY(test::execOnStore(store, "UPDATE archivio_38 SET record = "
+                                     "substr(record, 1, 319) || x'58' WHERE id = 6"));
+    QCOMPARE(outcome(m_rm->RiscritturaRec32(Session, Scadenze, changed(record))), qint32(Ok));
+    QCOMPARE(stored('C'), changed(item('C')));
+
+    QCOMPARE(outcome(m_rm->LetturaNextRec32(Session, Scadenze, record)), qint32(Ok));
+    QCOMPARE(record, item('E'));
+
+    // With the walk on E, another program changes D, further along; another session reads
+    // it as it is now and rewrites A, also further along.
+    QVERIFY(test::execOnStore(store, "UPDATE archivio_38 SET record = "
+                                     "substr(record, 1, 319) || x'59' WHERE id = 4"));
+    QByteArray d = withKey(Scadenze, 2, "F0000000000002");
+    QCOMPARE(outcome(m_rm->LetturaEqRec32(OtherSession, Scadenze, 2, d)), qint32(Ok));
+    QCOMPARE(d, stored('D'));
+    QCOMPARE(d.back(), 'Y');
+    QByteArray a = withKey(Scadenze, 2, "F0000000000003");
+    QCOMPARE(outcome(m_rm->LetturaEqRec32(OtherSession, Scadenze, 2, a)), qint32(Ok));
+    QCOMPARE(outcome(m_rm->RiscritturaRec32(OtherSession, Scadenze, changed(a))), qint32(Ok));
+
+    // The walk goes on where it stood and reads each record as it is now.
+    QString rest = QStringLiteral("E");
+    while (outcome(m_rm->LetturaNextRec32(Session, Scadenze, record)) == Ok) {
+        rest += test::nameOf(record);
+        QCOMPARE(record, stored(rest.back().toLatin1()));
+    }
+    QCOMPARE(rest, QStringLiteral("EADB"));
+    QCOMPARE(m_rm->TqGetErcode(), qint32(EndOfArchive));
+    QCOMPARE(stored('A'), changed(item('A')));
+}
+
+void TestRecordManager::rewriteMovingKey1()
+{
+    open(Session, Scadenze, ReadRewrite);
+    QByteArray b = withKey(Scadenze, 2, "F0000000000001");
+    QCOMPARE(outcome(m_rm->LetturaEqRec32(Session, Scadenze, 2, b)), qint32(Ok));
+    ErpRecord moved(Scadenze);
+    moved.buffer() = b;
+    moved.setText(QStringLiteral("data_scad"), QStringLiteral("20240101"));
+    QCOMPARE(outcome(m_rm->RiscritturaRec32(Session, Scadenze, moved.buffer())), qint32(Ok));
+
+    QByteArray record;
+    QString names;
+    qint32 code = outcome(m_rm->LetturaFirstRec32(Session, Scadenze, 1, record, QByteArray()));
+    while (code == Ok) {
+        names += test::nameOf(record);
+        code = outcome(m_rm->LetturaNextRec32(Session, Scadenze, record));
+    }
+    QCOMPARE(names, QStringLiteral("BFCEAD"));
+
+    QByteArray byOldKey = withKey(Scadenze, 1, dueItems().keyOf(item('B'), 1));
+    QCOMPARE(outcome(m_rm->LetturaEqRec32(Session, Scadenze, 1, byOldKey)), qint32(NotFound));
+    QByteArray byNewKey = withKey(Scadenze, 1, dueItems().keyOf(moved.buffer(), 1));
+    QCOMPARE(outcome(m_rm->LetturaEqRec32(Session, Scadenze, 1, byNewKey)), qint32(Ok));
+    QCOMPARE(byNewKey, moved.buffer());
+}
+
+QTEST_GUILESS_MAIN(TestRecordManager)
+#include "tst_recordmanager.moc"
