@@ -1,0 +1,100 @@
+#pragma once
+
+#include "archives/companydata.h"
+#include "distinta/riga.h"
+#include "distinta/testata.h"
+
+#include <QString>
+
+namespace pg::bankfile {
+
+// The IBAN of a bank record, as the suite keeps it: country and check digits (4) and the
+// rest (30).
+struct Iban
+{
+    QString paese;
+    QString resto;
+
+    // Usable in the file: both parts hold something besides blanks.
+    bool isComplete() const;
+};
+
+// The beneficiary as the suite's master record describes it: name (40) and the two tax
+// identifiers (16 each).
+struct Beneficiario
+{
+    QString ragsoc;
+    QString codFiscale;
+    QString partitaIva;
+};
+
+// An address: of the beneficiary's master record, or of its administrative site.
+struct Indirizzo
+{
+    QString indirizzo;
+    QString cap;
+    QString citta;
+    QString provincia;
+};
+
+// The records of the CBI "Bonifici" file, one line each, built field by field at their fixed
+// positions. Every text that comes from data is first brought into the file's code page
+// (a character that Windows-1252 lacks becomes one substitute character, a control character
+// a blank), so that every line holds exactly its width in characters and in bytes: 120, and
+// 48 for the closing record "70" of a disposition.
+class CbiRecords
+{
+public:
+    static constexpr int Width = 120;
+    static constexpr int Width70 = 48;
+
+    // The support header "PC": the SIA code, the presenting bank's ABI, the creation date and
+    // the support name (the distinta's code as stored, "_" and the references, cut to 20).
+    static QString recordPC(const distinta::Testata &header);
+
+    // The disposition "10". creationDate is positions 14-19 of "PC"; abi and cab are the
+    // beneficiary's bank and branch numbers ("00000" when unknown). A row without an amount
+    // in distinta cannot be paid: error 94, "Invalid use of Null".
+    static QString record10(int num, const QString &creationDate, const distinta::Testata &header,
+                            const distinta::Riga &row, const QString &abi, const QString &cab);
+
+    // "16" (the presenting bank's IBAN) and "17" (the beneficiary's) share one layout.
+    static QString recordIban(const QString &type, int num, const Iban &iban);
+
+    // "20": the ordering company.
+    static QString record20(int num, const archives::CompanyData &company);
+
+    // "30": the beneficiary's name and tax identifier.
+    static QString record30(int num, const Beneficiario &beneficiario);
+
+    // "40": the beneficiary's address and the names of its bank and agency.
+    static QString record40(int num, const Indirizzo &indirizzo, const QString &nomeBanca,
+                            const QString &nomeAgenzia);
+
+    // "50": the document paid and, when descriptions are managed, the row's description.
+    static QString record50(int num, const distinta::Riga &row, bool modDescr);
+
+    // "70": the short closing record of a disposition.
+    static QString record70(int num);
+
+    // The trailer "EF": the support fields of "PC", the header's number of dispositions and
+    // total as stored, and the number of lines of the file.
+    static QString recordEF(const QString &pc, const distinta::Testata &header, int lineCount);
+
+    // The progressive number of a disposition, 1 for the first: seven digits.
+    static QString progressivo(int num);
+
+    // A text from data as the file can hold it: one code-page character per character,
+    // control characters (line ends among them) as blanks.
+    static QString plain(const QString &text);
+
+    // The tax identifier the bank wants: the first when it holds more than blanks, else the
+    // second.
+    static QString taxIdentifier(const QString &first, const QString &second);
+
+    // True when a document has a series: the series is not blank (a single blank is how the
+    // suite keeps "no series"). The document is then named number + "/" + series.
+    static bool hasSeries(const QString &serie);
+};
+
+} // namespace pg::bankfile

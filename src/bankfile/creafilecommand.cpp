@@ -1,0 +1,138 @@
+#include "creafilecommand.h"
+
+#include "bonificifile.h"
+
+#include "core/apperror.h"
+#include "core/distintacode.h"
+#include "core/prompter.h"
+#include "core/vbdate.h"
+#include "distinta/distintestore.h"
+#include "lists/usersettings.h"
+#include "startup/companyenvironment.h"
+#include "startup/errortrap.h"
+
+#include <QDir>
+#include <QSaveFile>
+
+namespace pg::bankfile {
+
+CreaFileCommand::CreaFileCommand(distinta::DistinteStore &store, archives::ErpSession &erp,
+                                 const archives::CompanyData &company, CreaFileDialog &dialog)
+    : m_store(store), m_erp(erp), m_company(company), m_dialog(dialog)
+{}
+
+bool CreaFileCommand::ControllaValutaDistinta(const distinta::Testata &header)
+{
+    const QString code = header.cod_valuta.trimmed();
+    return code.isEmpty() || code.compare(QStringLiteral("EU"), Qt::CaseInsensitive) == 0;
+}
+
+QString CreaFileCommand::proposedPath(const QString &codDistinta)
+{
+    return OrvidaDir() + QStringLiteral("D_STM/CBI_") + codDistinta.trimmed() +
+           QStringLiteral(".txt");
+}
+
+QString CreaFileCommand::fileTag(const QString &codDistinta)
+{
+    return QStringLiteral("/CBI_") + codDistinta.trimmed() + QStringLiteral(".txt");
+}
+
+CreaFileCommand::Outcome
+CreaFileCommand::cmdCreaFile(distinta::Distinta &d, bool unsavedChanges,
+                             const std::function<bool(distinta::Distinta &)> &saveChanges)
+{
+    Outcome outcome = Outcome::Failed;
+    underTrap(QStringLiteral("frmMain!Sub cmdCreaFile_ClickED()"),
+              [&] { outcome = run(d, unsavedChanges, saveChanges); });
+    return outcome;
+}
+
+CreaFileCommand::Outcome
+CreaFileCommand::run(distinta::Distinta &d, bool unsavedChanges,
+                     const std::function<bool(distinta::Distinta &)> &saveChanges)
+{
+    if (!d.hasHeader() || distintaNumber(d.header().cod_distinta) == 0)
+        return Outcome::NotRun;
+
+    if (!ControllaValutaDistinta(d.header())) {
+        msgBox(QStringLiteral("ATTENZIONE!") + QStringLiteral("\r\n") +
+                   QStringLiteral("Non è possibile generare un file bonifico per una distinta ") +
+                   QStringLiteral("con valuta diversa dall'EURO!"),
+               Buttons::Ok, Icon::Exclamation);
+        return Outcome::NotEuro;
+    }
+    if (!m_store.ControllaDatiBanca(d.righe)) {
+        msgBox(QStringLiteral("Si sono riscontrate anomalie nei dati della distinta. ") +
+                   QStringLiteral("\r\n") +
+                   QStringLiteral("Eseguire 'Controllo completezza distinta' "),
+               Buttons::Ok, Icon::Critical);
+        return Outcome::Anomalies;
+    }
+    if (unsavedChanges && (!saveChanges || !saveChanges(d)))
+        return Outcome::NotSaved;
+
+    const UserSettings &settings = currentSettings();
+    const bool grouped = settings.raggruppa == 1;
+    const bool modDescr = settings.modDescr == 1;
+
+    const distinta::Testata &header = d.header();
+    CreaFileFields fields;
+    fields.codDistinta = header.cod_distinta;
+    fields.dataDistinta = dates::toDmy(header.dat_data_creazione);
+    if (!header.cod_sia_banca.isNull())
+        fields.codSia = header.cod_sia_banca;
+    fields.contoOrd = header.des_conto_ordinante;
+    fields.rifMitt = header.des_riferimenti;
+    fields.fileTag = fileTag(header.cod_distinta);
+    fields.fileName = proposedPath(header.cod_distinta);
+    m_outputPath = fields.fileName;
+
+    if (m_dialog.exec(fields, d, grouped) != CreaFileDialog::confirmed())
+        return Outcome::Cancelled;
+    m_outputPath = fields.fileName;
+
+    // The ordering data come back from the dialog into the header, which the file reads.
+    if (d.header().cod_sia_banca != fields.codSia)
+        d.editHeader().cod_sia_banca = fields.codSia;
+    if (d.header().des_conto_ordinante != fields.contoOrd)
+        d.editHeader().des_conto_ordinante = fields.contoOrd;
+    if (d.header().des_riferimenti != fields.rifMitt)
+        d.editHeader().des_riferimenti = fields.rifMitt;
+
+    writeFile(d, grouped, modDescr);
+
+    m_store.AggiornaFlagStato(d, QStringLiteral("F"));
+    msgBox(QStringLiteral("Elaborazione Completata"));
+    return Outcome::Written;
+}
+
+void CreaFileCommand::writeFile(distinta::Distinta &d, bool grouped, bool modDescr)
+{
+    // A copy of the rows the dispositions come from: the saves below must not move them.
+    const distinta::RecordSet<distinta::Riga> rows = grouped ? d.righeRagg : d.righe;
+
+    QSaveFile file(m_outputPath);
+    if (!file.open(QIODevice::WriteOnly))
+        throw AppError(AppError::PathFileAccess, QStringLiteral("Path/File access error: ") +
+                                                     QDir::toNativeSeparators(m_outputPath) +
+                                                     QStringLiteral(" (") + file.errorString() +
+                                                     u')');
+
+    BonificiFile bonifici(m_erp, m_company, modDescr);
+    bonifici.build(d.header(), rows, [&](int k) {
+        // Plain rows mark their due items in the suite as the file is built.
+        if (!grouped && !m_store.AggiornaScadenza(d, k))
+            throw AppError(distinta::DistinteStore::ErrSalvaAggiornamento,
+                           QStringLiteral("Errore in aggiornamento archivi [orvida]"),
+                           QStringLiteral("cmdCreaFile"));
+    });
+    bonifici.write(file);
+    if (!file.commit())
+        throw AppError(AppError::PathFileAccess, QStringLiteral("Path/File access error: ") +
+                                                     QDir::toNativeSeparators(m_outputPath) +
+                                                     QStringLiteral(" (") + file.errorString() +
+                                                     u')');
+}
+
+} // namespace pg::bankfile

@@ -1,0 +1,75 @@
+#pragma once
+
+#include "creafiledialog.h"
+
+#include "archives/companydata.h"
+#include "archives/erpsession.h"
+#include "distinta/distinta.h"
+
+#include <QString>
+
+#include <functional>
+
+namespace pg::distinta {
+class DistinteStore;
+}
+
+namespace pg::bankfile {
+
+// The bank-file command of the main window (cmdCreaFile): checks the distinta shown, saves
+// its pending changes, has the clerk confirm the file in the dialog, writes the CBI
+// "Bonifici" file and marks the distinta as presented to the bank (state "F").
+//
+// Everything the clerk must know goes through the prompting seam; a failure is reported by
+// the error trap as "frmMain!Sub cmdCreaFile_ClickED()". The file is written under a temporary
+// name in its folder and takes its name only once it is complete, so a failure never leaves a
+// half-written file for the bank, and an older file of the same name stays as it was.
+class CreaFileCommand
+{
+public:
+    enum class Outcome {
+        NotRun,    // no distinta, or its number is 0
+        NotEuro,   // the distinta is not in euro
+        Anomalies, // rows lack bank data
+        NotSaved,  // the pending changes could not be saved
+        Cancelled, // the dialog was cancelled
+        Written,   // the file is written and the distinta presented
+        Failed,    // an error stopped the command (reported by the error trap)
+    };
+
+    CreaFileCommand(distinta::DistinteStore &store, archives::ErpSession &erp,
+                    const archives::CompanyData &company, CreaFileDialog &dialog);
+
+    // Runs the command on the distinta shown. unsavedChanges says whether the distinta has
+    // changes not yet saved (the main window's save button is enabled); saveChanges is then
+    // called to recompute the totals, save without asking and read the distinta again, and
+    // says whether it saved. The user settings "Raggruppa" and "ModDescr" in use decide
+    // between plain and grouped rows and whether descriptions go into the file.
+    Outcome cmdCreaFile(distinta::Distinta &d, bool unsavedChanges,
+                        const std::function<bool(distinta::Distinta &)> &saveChanges);
+
+    // The file the last run wrote, or was to write.
+    const QString &outputPath() const { return m_outputPath; }
+
+    // True when the distinta's currency is the euro: its code blank (no currency chosen) or
+    // "EU", the suite's code of the euro.
+    static bool ControllaValutaDistinta(const distinta::Testata &header);
+
+    // OrvidaDir() + "D_STM/CBI_" + the trimmed code + ".txt".
+    static QString proposedPath(const QString &codDistinta);
+    // "/CBI_" + the trimmed code + ".txt", joined to a folder picked in the dialog.
+    static QString fileTag(const QString &codDistinta);
+
+private:
+    Outcome run(distinta::Distinta &d, bool unsavedChanges,
+                const std::function<bool(distinta::Distinta &)> &saveChanges);
+    void writeFile(distinta::Distinta &d, bool grouped, bool modDescr);
+
+    distinta::DistinteStore &m_store;
+    archives::ErpSession &m_erp;
+    archives::CompanyData m_company;
+    CreaFileDialog &m_dialog;
+    QString m_outputPath;
+};
+
+} // namespace pg::bankfile
