@@ -1,0 +1,756 @@
+#include "cbifilecheck.h"
+#include "faultyrecordmanager.h"
+#include "scriptedprompter.h"
+#include "testinstallation.h"
+
+#include "archives/archivenumbers.h"
+#include "archives/companydata.h"
+#include "bankfile/bonificifile.h"
+#include "bankfile/confirmedcreafiledialog.h"
+#include "bankfile/creafilecommand.h"
+#include "core/distintacode.h"
+#include "distinta/distintestore.h"
+#include "lists/usersettings.h"
+#include "startup/companyenvironment.h"
+#include "startup/errortrap.h"
+
+#include <QBuffer>
+#include <QDir>
+#include <QFile>
+#include <QTest>
+
+using namespace pg;
+using namespace pg::distinta;
+using pg::archives::ErpRecord;
+using pg::bankfile::CreaFileCommand;
+using pg::test::TestInstallation;
+
+namespace {
+
+const QString Completed = QStringLiteral("Elaborazione Completata");
+
+ErpRecord table(int archive, const QString &type, const QString &code,
+                const QList<std::pair<QString, QString>> &fields)
+{
+    ErpRecord r(archive, type);
+    r.setText(QStringLiteral("codice"), code);
+    for (const auto &[name, value] : fields)
+        r.setText(name, value);
+    return r;
+}
+
+ErpRecord master(const QString &code, const QString &name, const QString &address,
+                 const QString &cap, const QString &city, const QString &province,
+                 const QString &taxCode, const QString &vat)
+{
+    ErpRecord r(archives::AnagraficheComuni);
+    r.setText(QStringLiteral("cod_clifor"), code);
+    r.setText(QStringLiteral("ind_clifor"), QStringLiteral("F"));
+    r.setText(QStringLiteral("ragsoc"), name);
+    r.setText(QStringLiteral("indirizzo"), address);
+    r.setText(QStringLiteral("cap"), cap);
+    r.setText(QStringLiteral("citta"), city);
+    r.setText(QStringLiteral("provincia"), province);
+    r.setText(QStringLiteral("cod_fiscale"), taxCode);
+    r.setText(QStringLiteral("partita_iva"), vat);
+    return r;
+}
+
+ErpRecord supplierBank(const QString &code, const QString &bank, const QString &agency,
+                       const QString &account, const QString &ibanCountry, const QString &ibanRest)
+{
+    ErpRecord r(archives::ClientiFornitori);
+    r.setText(QStringLiteral("ind_clifor"), QStringLiteral("F"));
+    r.setText(QStringLiteral("cod_clifor"), code);
+    r.setText(QStringLiteral("banca"), bank);
+    r.setText(QStringLiteral("agenzia"), agency);
+    r.setText(QStringLiteral("conto"), account);
+    r.setText(QStringLiteral("iban_paese"), ibanCountry);
+    r.setText(QStringLiteral("iban_resto"), ibanRest);
+    return r;
+}
+
+// The suite's data of the tests: the company, its two presenting banks (the second without a
+// usable IBAN), banks and agencies, and suppliers with their bank data.
+QList<ErpRecord> suiteRecords()
+{
+    using F = QList<std::pair<QString, QString>>;
+    QList<ErpRecord> records{
+        table(archives::TabelleAzienda, QStringLiteral("AZ1"), QString(),
+              F{{QStringLiteral("ragsoc"), QStringLiteral("ACME FORNITURE S.P.A.")},
+                {QStringLiteral("indirizzo"), QStringLiteral("VIA ROMA 1")},
+                {QStringLiteral("citta"), QStringLiteral("MILANO")},
+                {QStringLiteral("provincia"), QStringLiteral("MI")},
+                {QStringLiteral("cap"), QStringLiteral("20100")}}),
+        table(archives::TabelleAzienda, QStringLiteral("AZ3"), QString(),
+              F{{QStringLiteral("cod_fiscale"), QStringLiteral("01234567890")},
+                {QStringLiteral("partita_iva"), QStringLiteral("IT01234567890")}}),
+        table(archives::TabelleAzienda, QStringLiteral("BA3"), QStringLiteral("0000100001"),
+              F{{QStringLiteral("iban_paese"), QStringLiteral("IT60")},
+                {QStringLiteral("iban_resto"), QStringLiteral("X0542811101000000123456")}}),
+        table(archives::TabelleAzienda, QStringLiteral("BA3"), QStringLiteral("0000200002"),
+              F{{QStringLiteral("iban_paese"), QStringLiteral("IT60")}}),
+        table(archives::TabelleComuni, QStringLiteral("BN "), QStringLiteral("0306909606"),
+              F{{QStringLiteral("abi"), QStringLiteral("03069")},
+                {QStringLiteral("cab"), QStringLiteral("09606")},
+                {QStringLiteral("des_banca"), QStringLiteral("INTESA SANPAOLO")},
+                {QStringLiteral("des_agenzia"), QStringLiteral("FILIALE DI MILANO")}}),
+        table(archives::TabelleComuni, QStringLiteral("BN "), QStringLiteral("0200800001"),
+              F{{QStringLiteral("abi"), QStringLiteral("02008")},
+                {QStringLiteral("cab"), QStringLiteral("00001")},
+                {QStringLiteral("des_banca"), QStringLiteral("UNICREDIT BANCA")},
+                {QStringLiteral("des_agenzia"), QStringLiteral("SEDE CENTRALE")}}),
+        table(archives::TabelleComuni, QStringLiteral("BN "), QStringLiteral("0200801600"),
+              F{{QStringLiteral("abi"), QStringLiteral("02008")},
+                {QStringLiteral("cab"), QStringLiteral("01600")},
+                {QStringLiteral("des_banca"), QStringLiteral("UNICREDIT")},
+                {QStringLiteral("des_agenzia"), QStringLiteral("AGENZIA ROMA 1")}}),
+        master(QStringLiteral("200001"), QStringLiteral("ROSSI MARIO SRL"),
+               QStringLiteral("VIA GARIBALDI 10"), QStringLiteral("10121"),
+               QStringLiteral("TORINO"), QStringLiteral("TO"), QStringLiteral("RSSMRA80A01L219X"),
+               QStringLiteral("IT09876543210")),
+        master(QStringLiteral("200002"), QStringLiteral("Società Caffè Città di Forlì S.r.l."),
+               QStringLiteral("PIAZZA DUOMO 2"), QStringLiteral("47121"), QStringLiteral("FORLÌ"),
+               QStringLiteral("FC"), QString(), QStringLiteral("IT02222222222")),
+        master(QStringLiteral("200003"), QStringLiteral("NERI SPA"), QStringLiteral("VIA NAPOLI 3"),
+               QStringLiteral("80100"), QStringLiteral("NAPOLI"), QStringLiteral("NA"),
+               QStringLiteral("NRENRI70A01F839Z"), QString()),
+        master(QStringLiteral("200005"), QStringLiteral("BIANCHI LUIGI"),
+               QStringLiteral("VIA APPIA 1"), QStringLiteral("03100"), QStringLiteral("FROSINONE"),
+               QStringLiteral("FR"), QStringLiteral("BNCLGU75B02D810K"),
+               QStringLiteral("IT05555555555")),
+        master(QStringLiteral("200006"), QStringLiteral("VERDI SNC"),
+               QStringLiteral("CORSO ITALIA 3"), QStringLiteral("50123"), QStringLiteral("FIRENZE"),
+               QStringLiteral("FI"), QString(), QStringLiteral("IT06666666666")),
+        supplierBank(QStringLiteral("200001"), QStringLiteral("03069"), QStringLiteral("09606"),
+                     QStringLiteral("123456789012345"), QStringLiteral("IT40"),
+                     QStringLiteral("S0306909606123456789012345")),
+        supplierBank(QStringLiteral("200002"), QStringLiteral("03069"), QStringLiteral("09606"),
+                     QStringLiteral("12345"), QStringLiteral("IT12"),
+                     QStringLiteral("A0306909606000000012345")),
+        supplierBank(QStringLiteral("200003"), QStringLiteral("02008"), QStringLiteral("01600"),
+                     QStringLiteral("55555"), QStringLiteral("IT33"),
+                     QStringLiteral("B0200801600000000055555")),
+        supplierBank(QStringLiteral("200004"), QStringLiteral("02008"), QStringLiteral("01600"),
+                     QStringLiteral("777"), QString(), QString()),
+        supplierBank(QStringLiteral("200005"), QStringLiteral("02008"), QStringLiteral("01600"),
+                     QStringLiteral("000000099999"), QStringLiteral("IT99"), QString()),
+        supplierBank(QStringLiteral("200006"), QStringLiteral("03069"), QStringLiteral("09606"),
+                     QStringLiteral("12345"), QStringLiteral("IT02"),
+                     QStringLiteral("L0306909606000000012345")),
+    };
+    ErpRecord site(archives::SediClientiFornitori);
+    site.setText(QStringLiteral("cod_clifor"), QStringLiteral("200005"));
+    site.setText(QStringLiteral("tipo_sede"), QStringLiteral("A"));
+    site.setText(QStringLiteral("cod_sede"), QStringLiteral("000001"));
+    site.setText(QStringLiteral("indirizzo"), QStringLiteral("VIA DEL CORSO 5"));
+    site.setText(QStringLiteral("cap"), QStringLiteral("00186"));
+    site.setText(QStringLiteral("citta"), QStringLiteral("ROMA"));
+    site.setText(QStringLiteral("provincia"), QStringLiteral("RM"));
+    records << site;
+    return records;
+}
+
+struct RowSpec
+{
+    QString link;
+    QString account;
+    QString doc;
+    QString date;
+    QString bank;
+    QString agency;
+    QString accountNumber;
+    double amount;
+    QString description;
+    QString series;
+    QString site;
+};
+
+RowSpec row(const char *link, const char *account, const char *doc, const char *date,
+            const QString &bank, const QString &agency, const char *accountNumber, double amount,
+            const QString &description, const char *series = " ", const char *site = "")
+{
+    return RowSpec{QLatin1StringView(link),
+                   QLatin1StringView(account),
+                   QLatin1StringView(doc),
+                   QLatin1StringView(date),
+                   bank,
+                   agency,
+                   QLatin1StringView(accountNumber),
+                   amount,
+                   description,
+                   QLatin1StringView(series),
+                   QLatin1StringView(site)};
+}
+
+Riga rigaOf(const RowSpec &s)
+{
+    Riga r;
+    r.flg_flag_colpar = QStringLiteral("F");
+    r.des_link_orvida = s.link;
+    r.des_num_doc = s.doc;
+    r.des_serie_doc = s.series;
+    r.dat_data_doc = s.date;
+    r.des_num_rata = QStringLiteral("1");
+    r.dat_data_scad = QStringLiteral("20240131");
+    r.cod_tipo_pag = QStringLiteral("6");
+    r.flg_ind_clifor = QStringLiteral("F");
+    r.cod_clifor = s.account;
+    r.cod_sedeamm = s.site;
+    r.cod_banca_cli = s.bank;
+    r.cod_agenzia_cli = s.agency;
+    r.des_num_cc = s.accountNumber;
+    r.cod_valuta = QStringLiteral("EU");
+    r.val_cambio = 1;
+    r.val_imp_dapag_val = r.val_imp_dapag_eur = s.amount;
+    r.val_imp_residuo_val = r.val_imp_residuo_eur = s.amount;
+    r.val_imp_indist_val = r.val_imp_indist_eur = s.amount;
+    r.des_scadenza = s.description;
+    return r;
+}
+
+struct DistintaSpec
+{
+    int number;
+    bool secondBank; // the presenting bank without a usable IBAN
+    QString references;
+    int dispositions;
+    double total;
+    QList<RowSpec> rows;
+};
+
+const QString Intesa = QStringLiteral("03069");
+const QString Milano = QStringLiteral("09606");
+
+DistintaSpec spec(int number)
+{
+    const QString pagamenti = QStringLiteral("PAGAMENTI");
+    const QString unicredit = QStringLiteral("02008");
+    const QString roma = QStringLiteral("01600");
+    switch (number) {
+    case 1:
+        return {1,
+                false,
+                pagamenti,
+                1,
+                1234.5,
+                {row("0000000000001", "200001", "101", "20231215", Intesa, Milano,
+                     "123456789012345", 1234.5, QStringLiteral("Vs.Fatt. 101 del 15/12/23"))}};
+    case 2:
+        return {2,
+                true,
+                QString(),
+                1,
+                250,
+                {row("0000000000002", "200005", "300", "20231005", unicredit, roma, "000000099999",
+                     250, QStringLiteral("Fattura 300"), " ", "000001")}};
+    case 3:
+        return {3,
+                false,
+                pagamenti,
+                3,
+                350.5,
+                {row("0000000000031", "200001", "101", "20231215", Intesa, Milano,
+                     "123456789012345", 100, QStringLiteral("Fatt. 101 del 15/12/2023")),
+                 row("0000000000032", "200001", "102", "20231220", Intesa, Milano,
+                     "123456789012345", 200.5, QStringLiteral("Fatt. 102 del 20/12/2023")),
+                 row("0000000000033", "200006", "55", "20231201", Intesa, Milano, "12345", 50,
+                     QStringLiteral("Fattura 55"))}};
+    case 4:
+        return {4,
+                false,
+                pagamenti,
+                2,
+                30,
+                {row("0000000000041", "200003", "410", "20231110", Intesa, Milano, "55555", 10,
+                     QStringLiteral("Fattura 410")),
+                 row("0000000000042", "200004", "411", "20231111", QStringLiteral("99999"),
+                     QStringLiteral("99999"), "777", 20, QStringLiteral("Fattura 411"))}};
+    default:
+        return {12,
+                false,
+                QStringLiteral("RIFERIMENTO MITTENTE"),
+                1,
+                0.5,
+                {row("0000000000121", "200002", "77", "20240105", Intesa, Milano, "12345", 0.5,
+                     QStringLiteral("Saldo \u0141\u00F3d\u017A \u2248 100%"), "A")}};
+    }
+}
+
+// A dialog that records what it was shown and answers as told.
+class SpyDialog : public bankfile::CreaFileDialog
+{
+public:
+    QString answer = confirmed();
+    QString fileName;
+    QString rifMitt;
+    int calls = 0;
+    bool grouped = false;
+    bankfile::CreaFileFields shown;
+    QStringList *log = nullptr;
+
+    QString exec(bankfile::CreaFileFields &fields, Distinta &, bool isGrouped) override
+    {
+        ++calls;
+        grouped = isGrouped;
+        shown = fields;
+        if (log)
+            *log << QStringLiteral("dialog");
+        if (!fileName.isEmpty())
+            fields.fileName = fileName;
+        if (!rifMitt.isNull())
+            fields.rifMitt = rifMitt;
+        return answer;
+    }
+};
+
+QByteArray readAll(const QString &path)
+{
+    QFile f(path);
+    return f.open(QIODevice::ReadOnly) ? f.readAll() : QByteArray();
+}
+
+QByteArray goldenFile(const QString &name)
+{
+    return readAll(QStringLiteral(PAGAMENTI_SOURCE_DIR "/tests/bankfile/golden/") + name);
+}
+
+} // namespace
+
+class TestCreaFile : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void init();
+    void cleanup();
+    void writesTheFileOfTheRules_data();
+    void writesTheFileOfTheRules();
+    void dialogShowsTheDistintaAndGivesBackNameAndReferences();
+    void unsavedChangesAreSavedFirst();
+    void refusedDistinteNeverOpenTheDialog_data();
+    void refusedDistinteNeverOpenTheDialog();
+    void cancellingLeavesNoFileAndNoChange();
+    void failureKeepsThePreviousFile();
+    void plainRowsMarkTheirDueItemsGroupedRowsDoNot_data();
+    void plainRowsMarkTheirDueItemsGroupedRowsDoNot();
+    void oddDataKeepEveryLineItsWidth();
+
+private:
+    Distinta create(const DistintaSpec &s, const QString &currency = QStringLiteral("  "));
+    Distinta read(int number);
+    CreaFileCommand::Outcome run(Distinta &d, bankfile::CreaFileDialog &dialog,
+                                 bool unsaved = false,
+                                 const std::function<bool(Distinta &)> &save = {});
+    QString pathOf(int number) const
+    {
+        return OrvidaDir() + QStringLiteral("D_STM/CBI_%1.txt").arg(number);
+    }
+
+    QLocale m_locale;
+    UserSettings m_settings;
+    std::unique_ptr<test::ScriptedPrompter> m_prompter;
+    std::unique_ptr<TestInstallation> m_inst;
+    std::unique_ptr<test::FaultyRecordManager> m_faulty;
+    std::unique_ptr<archives::ErpSession> m_erp;
+    std::unique_ptr<DistinteStore> m_store;
+};
+
+void TestCreaFile::init()
+{
+    m_locale = QLocale();
+    QLocale::setDefault(QLocale(QLocale::Italian, QLocale::Italy));
+    m_settings = currentSettings();
+    currentSettings() = UserSettings();
+    ErrorTrap::instance().resetForTest();
+    m_inst = std::make_unique<TestInstallation>();
+    QVERIFY(m_inst->isValid());
+    QList<ErpRecord> records = suiteRecords();
+    for (int n : {1, 2, 3, 4, 12})
+        for (const RowSpec &r : spec(n).rows)
+            records << TestInstallation::dueItem(QStringLiteral("F"), r.link, QStringLiteral("6"),
+                                                 r.account, r.amount);
+    QVERIFY(m_inst->put(records));
+    m_faulty = std::make_unique<test::FaultyRecordManager>(m_inst->store());
+    m_erp = std::make_unique<archives::ErpSession>(*m_faulty, TestInstallation::Handle);
+    m_store = std::make_unique<DistinteStore>(m_erp.get());
+    m_store->setPStrFilespec(m_inst->databasePath());
+    m_store->setPStrConn(DistinteStore::connectionStringFor(m_inst->databasePath()));
+    m_prompter = std::make_unique<test::ScriptedPrompter>();
+}
+
+void TestCreaFile::cleanup()
+{
+    m_prompter.reset();
+    m_store.reset();
+    m_erp.reset();
+    m_faulty.reset();
+    m_inst.reset();
+    currentSettings() = m_settings;
+    QLocale::setDefault(m_locale);
+}
+
+Distinta TestCreaFile::create(const DistintaSpec &s, const QString &currency)
+{
+    Distinta d;
+    m_store->Nuovo(d);
+    Testata &h = d.editHeader();
+    h.cod_distinta = formatDistintaCode(s.number);
+    h.dat_data_creazione = QDate(2024, 1, 15);
+    h.dat_data_valuta = QDate(2024, 1, 20);
+    h.cod_valuta = currency;
+    if (s.secondBank) {
+        h.cod_abi_banca = h.cod_cab_banca = QStringLiteral("00002");
+        h.cod_codiceabi = QStringLiteral("02008");
+        h.cod_codicecab = QStringLiteral("00001");
+        h.des_conto_ordinante = QStringLiteral("CC 4455");
+        h.cod_sia_banca = QStringLiteral("Z9Y8X");
+    } else {
+        h.cod_abi_banca = h.cod_cab_banca = QStringLiteral("00001");
+        h.cod_codiceabi = QStringLiteral("05428");
+        h.cod_codicecab = QStringLiteral("11101");
+        h.des_conto_ordinante = QStringLiteral("000000123456");
+        h.cod_sia_banca = QStringLiteral("A1B2C");
+    }
+    h.des_riferimenti = s.references;
+    h.num_numero_disp = s.dispositions;
+    h.val_importo_totale = s.total;
+    for (const RowSpec &r : s.rows) {
+        Riga riga = rigaOf(r);
+        riga.cod_distinta = h.cod_distinta;
+        d.righe.append(riga);
+    }
+    return d;
+}
+
+Distinta TestCreaFile::read(int number)
+{
+    Distinta d;
+    m_store->Leggi(d, formatDistintaCode(number));
+    return d;
+}
+
+CreaFileCommand::Outcome TestCreaFile::run(Distinta &d, bankfile::CreaFileDialog &dialog,
+                                           bool unsaved,
+                                           const std::function<bool(Distinta &)> &save)
+{
+    const archives::CompanyData company = archives::CompanyData::read(*m_erp);
+    CreaFileCommand command(*m_store, *m_erp, company, dialog);
+    return command.cmdCreaFile(d, unsaved, save);
+}
+
+void TestCreaFile::writesTheFileOfTheRules_data()
+{
+    QTest::addColumn<QLocale>("locale");
+    QTest::addColumn<int>("number");
+    QTest::addColumn<int>("raggruppa");
+    QTest::addColumn<int>("modDescr");
+    QTest::addColumn<QString>("golden");
+    QTest::addColumn<QStringList>("messages");
+    const QLocale it(QLocale::Italian, QLocale::Italy);
+    const QLocale en(QLocale::English, QLocale::UnitedStates);
+    const QString ibanMissing = QStringLiteral(
+        "Il Record 17 dei Bonifici non viene generato perchè i dati IBAN sono inesistenti o non "
+        "validi, verificare i dati nell'anagrafica del fornitore '%1'.");
+    const QString bankDiffers = QStringLiteral(
+        "Il Record 17 dei Bonifici non viene generato perchè la banca/agenzia utilizzata è diversa "
+        "da quella codificata in anagrafica del fornitore '%1'.");
+    const QString companyIbanMissing = QStringLiteral(
+        "Il Record 16 dei Bonifici non viene generato perchè i dati IBAN sono inesistenti o non "
+        "validi, verificare i dati in Banche Azienda relativamente alla banca di presentazione.");
+
+    QTest::newRow("one row, both IBANs")
+        << it << 1 << 0 << 0 << "cbi_one_row.txt" << QStringList{Completed};
+    QTest::newRow("one row, amounts with a decimal point")
+        << en << 1 << 0 << 0 << "cbi_one_row_en.txt" << QStringList{Completed};
+    QTest::newRow("no usable IBAN, supplier's site")
+        << it << 2 << 0 << 0 << "cbi_no_iban.txt"
+        << QStringList{companyIbanMissing, ibanMissing.arg(QStringLiteral("200005")), Completed};
+    QTest::newRow("several rows") << it << 3 << 0 << 0 << "cbi_several.txt"
+                                  << QStringList{Completed};
+    QTest::newRow("several rows grouped, with descriptions")
+        << it << 3 << 1 << 1 << "cbi_several_grouped.txt" << QStringList{Completed};
+    QTest::newRow("bank data differ, unknown bank, supplier missing")
+        << it << 4 << 0 << 0 << "cbi_bank_differs.txt"
+        << QStringList{QStringLiteral("Si è verificato un errore in ricerca clienti"),
+                       bankDiffers.arg(QStringLiteral("200003")),
+                       ibanMissing.arg(QStringLiteral("200004")), Completed};
+    QTest::newRow("names, series, short account, code page")
+        << it << 12 << 0 << 1 << "cbi_names.txt" << QStringList{Completed};
+}
+
+void TestCreaFile::writesTheFileOfTheRules()
+{
+    QFETCH(QLocale, locale);
+    QFETCH(int, number);
+    QFETCH(int, raggruppa);
+    QFETCH(int, modDescr);
+    QFETCH(QString, golden);
+    QFETCH(QStringList, messages);
+    QLocale::setDefault(locale);
+    currentSettings().raggruppa = quint8(raggruppa);
+    currentSettings().modDescr = quint8(modDescr);
+
+    Distinta saved = create(spec(number));
+    QVERIFY(m_store->Salva(saved, false, false));
+    m_prompter->clear();
+    // A file of the same name from an earlier run is replaced whole.
+    QFile old(pathOf(number));
+    QVERIFY(old.open(QIODevice::WriteOnly));
+    old.write(QByteArray(5000, 'x'));
+    old.close();
+
+    Distinta d = read(number);
+    bankfile::ConfirmedCreaFileDialog dialog;
+    QCOMPARE(run(d, dialog), CreaFileCommand::Outcome::Written);
+    QCOMPARE(m_prompter->texts(), messages);
+
+    const QByteArray written = readAll(pathOf(number));
+    QCOMPARE(test::cbiFileProblems(written), QString());
+    const QByteArray expected = goldenFile(golden);
+    QVERIFY(!expected.isEmpty());
+    const QList<QByteArray> writtenLines = written.split('\n');
+    const QList<QByteArray> expectedLines = expected.split('\n');
+    for (int i = 0; i < std::min(writtenLines.size(), expectedLines.size()); ++i)
+        QCOMPARE(writtenLines.at(i), expectedLines.at(i));
+    QCOMPARE(written, expected);
+
+    QCOMPARE(d.header().flg_stato, QStringLiteral("F"));
+    QCOMPARE(read(number).header().flg_stato, QStringLiteral("F"));
+    // Nothing else was left in the folder.
+    QCOMPARE(QDir(OrvidaDir() + QStringLiteral("D_STM")).entryList(QDir::Files),
+             QStringList{QStringLiteral("CBI_%1.txt").arg(number)});
+}
+
+void TestCreaFile::dialogShowsTheDistintaAndGivesBackNameAndReferences()
+{
+    currentSettings().raggruppa = 1;
+    Distinta d = create(spec(3));
+    QVERIFY(m_store->Salva(d, false, false));
+    d = read(3);
+    QTemporaryDir elsewhere;
+    SpyDialog dialog;
+    // A typed name is used as it stands: no folder or extension is added.
+    dialog.fileName = elsewhere.path() + QStringLiteral("/distinta tre");
+    dialog.rifMitt = QStringLiteral("NUOVI RIF");
+    QCOMPARE(run(d, dialog), CreaFileCommand::Outcome::Written);
+
+    QCOMPARE(dialog.calls, 1);
+    QVERIFY(dialog.grouped);
+    QCOMPARE(dialog.shown.codDistinta, QStringLiteral("     3"));
+    QCOMPARE(dialog.shown.dataDistinta, QStringLiteral("15/01/2024"));
+    QCOMPARE(dialog.shown.codSia, QStringLiteral("A1B2C"));
+    QCOMPARE(dialog.shown.contoOrd, QStringLiteral("000000123456"));
+    QCOMPARE(dialog.shown.rifMitt, QStringLiteral("PAGAMENTI"));
+    QCOMPARE(dialog.shown.fileName, OrvidaDir() + QStringLiteral("D_STM/CBI_3.txt"));
+    QCOMPARE(dialog.shown.fileTag, QStringLiteral("/CBI_3.txt"));
+
+    QVERIFY(!QFile::exists(pathOf(3)));
+    const QByteArray written = readAll(elsewhere.path() + QStringLiteral("/distinta tre"));
+    QCOMPARE(test::cbiFileProblems(written), QString());
+    // The references came back into the header, and the file took them from there.
+    QCOMPARE(written.mid(19, 20), QByteArray("3_NUOVI RIF         "));
+    QCOMPARE(read(3).header().des_riferimenti, QStringLiteral("NUOVI RIF"));
+}
+
+void TestCreaFile::unsavedChangesAreSavedFirst()
+{
+    Distinta d = create(spec(1));
+    QStringList log;
+    SpyDialog dialog;
+    dialog.log = &log;
+    const auto save = [&](Distinta &distinta) {
+        log << QStringLiteral("save");
+        const QString code = distinta.header().cod_distinta;
+        if (!m_store->Salva(distinta, false, false))
+            return false;
+        m_store->Leggi(distinta, code);
+        return true;
+    };
+    QCOMPARE(run(d, dialog, true, save), CreaFileCommand::Outcome::Written);
+    QCOMPARE(log, (QStringList{QStringLiteral("save"), QStringLiteral("dialog")}));
+    QCOMPARE(readAll(pathOf(1)), goldenFile(QStringLiteral("cbi_one_row.txt")));
+    QCOMPARE(m_prompter->texts(), QStringList{Completed});
+}
+
+void TestCreaFile::refusedDistinteNeverOpenTheDialog_data()
+{
+    QTest::addColumn<QString>("kind");
+    QTest::addColumn<QString>("message");
+    QTest::addColumn<int>("icon");
+    QTest::addColumn<int>("outcome");
+    QTest::newRow("no distinta") << "none" << QString() << 0
+                                 << int(CreaFileCommand::Outcome::NotRun);
+    QTest::newRow("number zero") << "zero" << QString() << 0
+                                 << int(CreaFileCommand::Outcome::NotRun);
+    QTest::newRow("currency other than the euro")
+        << "dollars"
+        << QStringLiteral(
+               "ATTENZIONE!\r\nNon è possibile generare un file bonifico per una distinta "
+               "con valuta diversa dall'EURO!")
+        << int(Icon::Exclamation) << int(CreaFileCommand::Outcome::NotEuro);
+    QTest::newRow("bank transfer without account number")
+        << "anomaly"
+        << QStringLiteral("Si sono riscontrate anomalie nei dati della distinta. \r\nEseguire "
+                          "'Controllo completezza distinta' ")
+        << int(Icon::Critical) << int(CreaFileCommand::Outcome::Anomalies);
+    QTest::newRow("the save of the changes fails")
+        << "unsaved" << QString() << 0 << int(CreaFileCommand::Outcome::NotSaved);
+}
+
+void TestCreaFile::refusedDistinteNeverOpenTheDialog()
+{
+    QFETCH(QString, kind);
+    QFETCH(QString, message);
+    QFETCH(int, icon);
+    QFETCH(int, outcome);
+    Distinta d = create(spec(1), kind == u"dollars" ? QStringLiteral("US") : QStringLiteral("EU"));
+    if (kind == u"none")
+        d = Distinta();
+    if (kind == u"zero")
+        d.editHeader().cod_distinta = QStringLiteral("     0");
+    if (kind == u"anomaly")
+        d.righe.edit(0).des_num_cc = QString(20, u' ');
+    bool saveCalled = false;
+    SpyDialog dialog;
+    const auto failingSave = [&](Distinta &) {
+        saveCalled = true;
+        return false;
+    };
+    QCOMPARE(int(run(d, dialog, kind == u"unsaved", failingSave)), outcome);
+    QCOMPARE(dialog.calls, 0);
+    QCOMPARE(saveCalled, kind == u"unsaved");
+    if (message.isEmpty()) {
+        QVERIFY(m_prompter->shown().isEmpty());
+    } else {
+        QCOMPARE(m_prompter->shown().size(), 1);
+        QCOMPARE(m_prompter->shown().first().text, message);
+        QCOMPARE(int(m_prompter->shown().first().icon), icon);
+    }
+    QVERIFY(QDir(OrvidaDir() + QStringLiteral("D_STM")).isEmpty());
+    QCOMPARE(m_faulty->rewrites(), 0);
+}
+
+void TestCreaFile::cancellingLeavesNoFileAndNoChange()
+{
+    Distinta d = create(spec(3));
+    QVERIFY(m_store->Salva(d, false, false));
+    d = read(3);
+    m_faulty->reset();
+    m_prompter->clear();
+    SpyDialog dialog;
+    dialog.answer = QString();
+    QCOMPARE(run(d, dialog), CreaFileCommand::Outcome::Cancelled);
+    QCOMPARE(dialog.calls, 1);
+    QVERIFY(QDir(OrvidaDir() + QStringLiteral("D_STM")).isEmpty());
+    QVERIFY(m_prompter->shown().isEmpty());
+    QCOMPARE(m_faulty->rewrites(), 0);
+    QVERIFY(!d.hasChanges());
+    QCOMPARE(read(3).header().flg_stato, QStringLiteral("P"));
+}
+
+void TestCreaFile::failureKeepsThePreviousFile()
+{
+    // A row without its amount in distinta cannot be paid: the command stops under the error
+    // trap, and the file of an earlier run is still there as it was.
+    DistintaSpec s = spec(3);
+    Distinta d = create(s);
+    d.righe.edit(2).val_imp_indist_val.reset();
+    QVERIFY(m_store->Salva(d, false, false));
+    d = read(3);
+    QFile old(pathOf(3));
+    QVERIFY(old.open(QIODevice::WriteOnly));
+    old.write("earlier file\r\n");
+    old.close();
+    m_prompter->clear();
+    m_prompter->script({Answer::Yes});
+
+    bankfile::ConfirmedCreaFileDialog dialog;
+    QCOMPARE(run(d, dialog), CreaFileCommand::Outcome::Failed);
+    QCOMPARE(m_prompter->shown().size(), 1);
+    QVERIFY(m_prompter->lastText().contains(QStringLiteral("frmMain!Sub cmdCreaFile_ClickED()")));
+    QCOMPARE(readAll(pathOf(3)), QByteArray("earlier file\r\n"));
+    QCOMPARE(QDir(OrvidaDir() + QStringLiteral("D_STM")).entryList(QDir::Files),
+             QStringList{QStringLiteral("CBI_3.txt")});
+    QCOMPARE(read(3).header().flg_stato, QStringLiteral("P"));
+}
+
+void TestCreaFile::plainRowsMarkTheirDueItemsGroupedRowsDoNot_data()
+{
+    QTest::addColumn<int>("raggruppa");
+    QTest::newRow("plain rows") << 0;
+    QTest::newRow("grouped rows") << 1;
+}
+
+void TestCreaFile::plainRowsMarkTheirDueItemsGroupedRowsDoNot()
+{
+    // With the suite refusing every rewrite, marking the first due item stops a file of plain
+    // rows before it is written; grouped rows mark nothing while the file is built.
+    QFETCH(int, raggruppa);
+    currentSettings().raggruppa = quint8(raggruppa);
+    Distinta d = create(spec(3));
+    QVERIFY(m_store->Salva(d, false, false));
+    d = read(3);
+    m_faulty->reset();
+    m_faulty->failRewritesFrom(1);
+    m_prompter->clear();
+    m_prompter->script({Answer::Yes});
+
+    bankfile::ConfirmedCreaFileDialog dialog;
+    const CreaFileCommand::Outcome outcome = run(d, dialog);
+    if (raggruppa == 0) {
+        QCOMPARE(outcome, CreaFileCommand::Outcome::Failed);
+        QCOMPARE(m_faulty->rewrites(), 1);
+        QVERIFY(m_prompter->lastText().contains(
+            QStringLiteral("Errore in aggiornamento archivi [orvida]")));
+        QVERIFY(!QFile::exists(pathOf(3)));
+    } else {
+        QCOMPARE(outcome, CreaFileCommand::Outcome::Written);
+        // The grouped file of the rules, without descriptions.
+        QByteArray expected = goldenFile(QStringLiteral("cbi_several_grouped.txt"));
+        expected.replace("Vs.Fatt.101-102", "               ").replace("Fattura 55", "          ");
+        QCOMPARE(readAll(pathOf(3)), expected);
+        // Only the final save of the state touched the suite, and said it failed.
+        QVERIFY(m_prompter->texts().contains(
+            QStringLiteral("Errore in aggiornamento archivi [orvida]")));
+        QCOMPARE(m_prompter->lastText(), Completed);
+    }
+}
+
+void TestCreaFile::oddDataKeepEveryLineItsWidth()
+{
+    // Line ends, NULs and bytes the code page leaves undefined in the suite's records, and in
+    // the distinta text outside the code page and longer than any field: the file is still
+    // made of whole lines of their width.
+    ErpRecord odd = master(QStringLiteral("200001"), QStringLiteral("ROSSI\r\nMARIO"),
+                           QStringLiteral("VIA\tGARIBALDI"), QStringLiteral("1\n121"),
+                           QStringLiteral("TORINO"), QStringLiteral("T\r"), QString(), QString());
+    odd.buffer()[20] = '\0';
+    odd.buffer()[21] = char(0x81);
+    QVERIFY(m_inst->put({odd}));
+
+    Testata header = create(spec(1)).header();
+    header.des_riferimenti = QStringLiteral("\U0001F600\r\n");
+    RecordSet<Riga> rows;
+    for (int i = 0; i < 250; ++i) {
+        Riga r = rigaOf(spec(1).rows.first());
+        r.des_num_doc =
+            QStringLiteral("\U0001F600\U0001F600\U0001F600\U0001F600\U0001F600\U0001F600");
+        r.des_serie_doc = QStringLiteral("\n");
+        r.dat_data_doc = QStringLiteral("2023\r\n15");
+        r.des_scadenza = QString(60, QChar(0x2248));
+        r.cod_banca_cli = i % 2 ? QStringLiteral("02008") : Intesa;
+        r.val_imp_indist_val = 1e13 + i;
+        rows.append(r);
+    }
+    const archives::CompanyData company = archives::CompanyData::read(*m_erp);
+    bankfile::BonificiFile file(*m_erp, company, true);
+    file.build(header, rows);
+    QBuffer buffer;
+    buffer.open(QIODevice::WriteOnly);
+    QCOMPARE(file.write(buffer), 8 * 250 + 2 - 250 / 2);
+    QCOMPARE(test::cbiFileProblems(buffer.data()), QString());
+}
+
+QTEST_GUILESS_MAIN(TestCreaFile)
+#include "tst_creafile.moc"
