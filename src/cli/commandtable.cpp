@@ -1,0 +1,72 @@
+#include "commandtable.h"
+
+#include "commands.h"
+
+namespace pg::cli {
+
+const QList<Command> &commandTable()
+{
+    static const QList<Command> table{
+        {QStringLiteral("demo"),
+         QStringLiteral("CARTELLA [--company CODICE] [--due-items N] [--seed S] "
+                        "[--today GG/MM/AAAA] [--empty]"),
+         QStringLiteral("crea un'installazione dimostrativa completa in CARTELLA (nuova o vuota):\n"
+                        "azienda DEMO, 300 scadenze, seme 1, scadenze intorno a oggi;\n"
+                        "--empty crea gli archivi senza record"),
+         false, runDemo},
+        {QStringLiteral("archive"), QStringLiteral("dump NUMERO [--key K] | load FILE"),
+         QStringLiteral("dump scrive i record di un archivio come testo, nell'ordine della\n"
+                        "chiave (1 se non indicata); load carica i record di un file di testo\n"
+                        "(tutti o nessuno)"),
+         true, runArchive},
+    };
+    return table;
+}
+
+const Command *findCommand(const QString &name)
+{
+    for (const Command &command : commandTable())
+        if (command.name == name)
+            return &command;
+    return nullptr;
+}
+
+namespace {
+
+QString indented(const QString &text, int blanks)
+{
+    QString out;
+    for (const QString &line : text.split(u'\n'))
+        out += QString(blanks, u' ') + line + u'\n';
+    return out;
+}
+
+} // namespace
+
+QString usageText(const Command &command)
+{
+    return QStringLiteral("Uso: pagamenti-cli [--yes] %1 %2\n").arg(command.name, command.usage) +
+           indented(command.description, 2);
+}
+
+QString usageText()
+{
+    QString text = QStringLiteral("Uso: pagamenti-cli [--yes] COMANDO [ARGOMENTI...]\n"
+                                  "\n"
+                                  "Comandi:\n");
+    for (const Command &command : commandTable())
+        text += QStringLiteral("  %1 %2\n").arg(command.name, command.usage) +
+                indented(command.description, 6);
+    text += QStringLiteral(
+        "\n"
+        "Opzioni:\n"
+        "  --yes     risponde Sì (o OK) alle domande del programma; senza, risponde No\n"
+        "  --help    mostra questo aiuto (dopo un comando, l'aiuto del comando)\n"
+        "\n"
+        "I comandi diversi da demo lavorano sull'azienda corrente di [orvida], letta da\n"
+        "ORVIDA.INI nella cartella indicata dalla variabile ORVIDA_INI_DIR.\n"
+        "Codici di uscita: 0 riuscito, 1 non riuscito, 2 uso errato.\n");
+    return text;
+}
+
+} // namespace pg::cli
