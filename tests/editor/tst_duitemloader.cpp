@@ -1,0 +1,414 @@
+#include "scriptedprompter.h"
+#include "testinstallation.h"
+
+#include "archives/archivenumbers.h"
+#include "core/vbformat.h"
+#include "distinta/distinta.h"
+#include "editor/duitemcausali.h"
+#include "editor/duitemfilter.h"
+#include "editor/duitemloader.h"
+#include "lists/usersettings.h"
+#include "startup/companyenvironment.h"
+
+#include <QFile>
+#include <QTest>
+
+using namespace pg;
+using namespace pg::editor;
+using archives::ErpRecord;
+using pg::test::TestInstallation;
+
+namespace {
+
+const QString DefaultDesPag =
+    UserSettings::fixed30(QStringLiteral("Vs.Fatt. NNNNNN/N del DD/DD/DD"));
+
+// A due item of a supplier that every default selection takes: a credit transfer of 100.00
+// euro, free, open, due on 30/11/2026, on bank 03069 agency 01600.
+ErpRecord item(const QString &link, const QString &overrides = {})
+{
+    ErpRecord r = TestInstallation::dueItem(QStringLiteral("P"), link, QStringLiteral("6"),
+                                            QStringLiteral("400001"), 100);
+    r.setText(QStringLiteral("flag_insoluto"), QStringLiteral("0"));
+    r.setText(QStringLiteral("flag_acconto"), QStringLiteral("0"));
+    r.setNumber(QStringLiteral("imp_acconto_val"), 0, 2);
+    r.setText(QStringLiteral("causale"), QStringLiteral("FA"));
+    r.setText(QStringLiteral("banca"), QStringLiteral("03069"));
+    r.setText(QStringLiteral("agenzia"), QStringLiteral("01600"));
+    for (const QString &pair : overrides.split(u';', Qt::SkipEmptyParts)) {
+        const QString field = pair.section(u'=', 0, 0);
+        const QString value = pair.section(u'=', 1);
+        if (field.startsWith(u"imp_"))
+            r.setNumber(field, value.toDouble(), 2);
+        else
+            r.setText(field, value);
+    }
+    return r;
+}
+
+SelectionValues selection(const QString &overrides)
+{
+    SelectionValues v;
+    v.bancaPres = QStringLiteral("03069");
+    v.agenziaPres = QStringLiteral("01600");
+    for (const QString &pair : overrides.split(u';', Qt::SkipEmptyParts)) {
+        const QString key = pair.section(u'=', 0, 0);
+        const QString value = pair.section(u'=', 1);
+        if (key == u"tipo")
+            v.tipoPagamento = value;
+        else if (key == u"due_from")
+            v.dataScadInizio = value;
+        else if (key == u"due_to")
+            v.dataScadFine = value;
+        else if (key == u"from")
+            v.codAnagraInizio = value;
+        else if (key == u"to")
+            v.codAnagraFine = value;
+        else if (key == u"min")
+            v.impMinimo = value.toDouble();
+        else if (key == u"max")
+            v.impMassimo = value.toDouble();
+        else if (key == u"bank")
+            v.bancaCli = value;
+        else if (key == u"agency")
+            v.agenziaCli = value;
+        else
+            qFatal("unknown selection key %s", qPrintable(key));
+    }
+    return v;
+}
+
+distinta::Distinta newDistinta()
+{
+    distinta::Distinta d;
+    distinta::Testata header;
+    header.cod_distinta = QStringLiteral("     7");
+    header.flg_stato = QStringLiteral("P");
+    d.testata.append(header);
+    return d;
+}
+
+QString link(int n)
+{
+    return QStringLiteral("2026%1").arg(n, 9, 10, QLatin1Char('0'));
+}
+
+} // namespace
+
+class TestDueItemLoader : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void filter_data();
+    void filter();
+    void walkAddsEachItemOnce();
+    void causaliDecideWhatIsTaken();
+    void rowColumnsFromTheDueItem();
+    void description_data();
+    void description();
+    void cancelledWalkKeepsTheRowsAdded();
+};
+
+void TestDueItemLoader::filter_data()
+{
+    QTest::addColumn<QString>("item");
+    QTest::addColumn<QString>("criteria");
+    QTest::addColumn<bool>("passes");
+
+    QTest::newRow("everything by default") << ""
+                                           << "" << true;
+    // The place of the due item in the distinte.
+    QTest::newRow("partly in a distinta, bonifico") << "stato_dist=3"
+                                                    << "" << true;
+    QTest::newRow("partly in a distinta, rimessa diretta") << "stato_dist=3;tipo_pag=3"
+                                                           << "" << true;
+    QTest::newRow("partly in a distinta, assegno circolare") << "stato_dist=3;tipo_pag=8"
+                                                             << "" << true;
+    QTest::newRow("partly in a distinta, ricevuta bancaria") << "stato_dist=3;tipo_pag=1"
+                                                             << "" << false;
+    QTest::newRow("partly in a distinta, RID") << "stato_dist=3;tipo_pag=9"
+                                               << "" << false;
+    QTest::newRow("wholly in a distinta") << "stato_dist=5"
+                                          << "" << false;
+    QTest::newRow("in more distinte") << "stato_dist=4"
+                                      << "" << false;
+    QTest::newRow("free ricevuta bancaria") << "tipo_pag=1"
+                                            << "" << true;
+    QTest::newRow("ricevuta bancaria already presented") << "tipo_pag=1;mark_dist=B"
+                                                         << "" << false;
+    QTest::newRow("RID already presented") << "tipo_pag=9;mark_dist=B"
+                                           << "" << false;
+    QTest::newRow("marked, partly in a distinta") << "mark_dist=B;stato_dist=3"
+                                                  << "" << true;
+    QTest::newRow("marked, wholly in a distinta") << "mark_dist=B;stato_dist=5"
+                                                  << "" << false;
+    QTest::newRow("never placed, blank marks") << "tipo_pag=1;mark_dist= ;stato_dist= "
+                                               << "" << true;
+    // The item's own flags.
+    QTest::newRow("paid in full") << "stato=2"
+                                  << "" << false;
+    QTest::newRow("partly paid") << "stato=1;imp_pag_val=40"
+                                 << "" << true;
+    QTest::newRow("came back unpaid") << "flag_insoluto=2"
+                                      << "" << false;
+    QTest::newRow("down payment covering it") << "flag_acconto=1;imp_acconto_val=100"
+                                              << "" << false;
+    QTest::newRow("down payment of a part") << "flag_acconto=1;imp_acconto_val=99.99"
+                                            << "" << true;
+    QTest::newRow("down payment of a credit note")
+        << "flag_acconto=1;imp_acconto_val=-50;imp_dapag_val=-100"
+        << "" << true;
+    QTest::newRow("down payment amount without its flag") << "imp_acconto_val=500"
+                                                          << "" << true;
+    // Payment type.
+    QTest::newRow("type chosen") << ""
+                                 << "tipo=6" << true;
+    QTest::newRow("other type chosen") << ""
+                                       << "tipo=1" << false;
+    QTest::newRow("blank type, one type chosen") << "tipo_pag= "
+                                                 << "tipo=6" << false;
+    // Due date: both ends included.
+    QTest::newRow("due on the first day") << ""
+                                          << "due_from=20261130" << true;
+    QTest::newRow("due on the last day") << ""
+                                         << "due_to=20261130" << true;
+    QTest::newRow("due before the range") << ""
+                                          << "due_from=20261201" << false;
+    QTest::newRow("due after the range") << ""
+                                         << "due_to=20261129" << false;
+    // Account code.
+    QTest::newRow("first account of the range") << ""
+                                                << "from=400001;to=400001" << true;
+    QTest::newRow("account below the range") << ""
+                                             << "from=400002" << false;
+    QTest::newRow("account above the range") << ""
+                                             << "to=400000" << false;
+    // Amount to pay, without its sign.
+    QTest::newRow("amount at the minimum") << ""
+                                           << "min=100" << true;
+    QTest::newRow("amount a cent below the minimum") << ""
+                                                     << "min=100.01" << false;
+    QTest::newRow("amount at the maximum") << ""
+                                           << "max=100" << true;
+    QTest::newRow("amount a cent above the maximum") << ""
+                                                     << "max=99.99" << false;
+    QTest::newRow("credit note within the range") << "imp_dapag_val=-100"
+                                                  << "min=50;max=100" << true;
+    QTest::newRow("credit note above the maximum") << "imp_dapag_val=-100"
+                                                   << "max=99" << false;
+    // Bank and agency of the account on the item.
+    QTest::newRow("bank chosen") << ""
+                                 << "bank=03069" << true;
+    QTest::newRow("bank and agency chosen") << ""
+                                            << "bank=03069;agency=01600" << true;
+    QTest::newRow("other agency") << ""
+                                  << "bank=03069;agency=01601" << false;
+    QTest::newRow("other bank") << ""
+                                << "bank=05034" << false;
+    QTest::newRow("agency without a bank filters nothing") << ""
+                                                           << "bank=00000;agency=99999" << true;
+}
+
+void TestDueItemLoader::filter()
+{
+    QFETCH(QString, item);
+    QFETCH(QString, criteria);
+    QFETCH(bool, passes);
+    const ErpRecord record = ::item(link(1), item);
+    QCOMPARE(DueItemFilter(selection(criteria)).passes(record.buffer()), passes);
+}
+
+void TestDueItemLoader::walkAddsEachItemOnce()
+{
+    test::ScriptedPrompter prompter;
+    TestInstallation inst;
+    QVERIFY(inst.isValid());
+    QVERIFY(inst.put({item(link(1)), item(link(2), QStringLiteral("stato_dist=5")),
+                      item(link(3), QStringLiteral("tipo_pag=1")),
+                      item(link(4), QStringLiteral("data_scad=20270115"))}));
+
+    distinta::Distinta d = newDistinta();
+    DueItemLoader loader(inst.erp(), selection(QStringLiteral("due_to=20261231")), DefaultDesPag,
+                         DueItemCausali());
+    DueItemLoader::Result first = loader.cmdGenera_Click(d);
+    QCOMPARE(first.read, 4);
+    QCOMPARE(first.added, 2);
+    QCOMPARE(d.righe.size(), 2);
+    QCOMPARE(d.righe.at(0).des_link_orvida, link(1));
+    QCOMPARE(d.righe.at(1).des_link_orvida, link(3));
+
+    // The same selection again (rows added to the same distinta) adds nothing.
+    DueItemLoader::Result second = loader.cmdGenera_Click(d);
+    QCOMPARE(second.added, 0);
+    QCOMPARE(second.alreadyIn, 2);
+    QCOMPARE(d.righe.size(), 2);
+    // A wider selection adds only the new item.
+    DueItemLoader wider(inst.erp(), selection({}), DefaultDesPag, DueItemCausali());
+    QCOMPARE(wider.cmdGenera_Click(d).added, 1);
+    QCOMPARE(d.righe.size(), 3);
+    QVERIFY(prompter.shown().isEmpty());
+}
+
+void TestDueItemLoader::causaliDecideWhatIsTaken()
+{
+    test::ScriptedPrompter prompter;
+    TestInstallation inst;
+    QVERIFY(inst.isValid());
+    QVERIFY(inst.put(
+        {item(link(1), QStringLiteral("causale=FA")), item(link(2), QStringLiteral("causale=NC")),
+         item(link(3), QStringLiteral("causale=XY")), item(link(4), QStringLiteral("causale=  ")),
+         item(link(5), QStringLiteral("causale=an"))}));
+    auto linksTaken = [&](const DueItemCausali &causali) {
+        distinta::Distinta d = newDistinta();
+        DueItemLoader(inst.erp(), selection({}), DefaultDesPag, causali).cmdGenera_Click(d);
+        QStringList links;
+        for (int i = 0; i < d.righe.size(); ++i)
+            links << d.righe.at(i).des_link_orvida.right(1);
+        return links.join(u',');
+    };
+
+    // No file: every reason is taken.
+    QCOMPARE(linksTaken(DueItemCausali::load(DueItemCausali::defaultPath())),
+             QStringLiteral("1,2,3,4,5"));
+
+    QFile file(ProgramDir() + QStringLiteral("causali.ini"));
+    QVERIFY(file.open(QIODevice::WriteOnly));
+    file.write("; causali\r\n[Causali]\r\nFA=SI\r\nNC = no\r\nAN=NO\r\nREGIVA=NO\r\n"
+               "[ALTRE]\r\nXY=NO\r\n");
+    file.close();
+    // "NO" keeps a reason out, whatever its case and the case of the code on the item; a
+    // reason the section does not list is taken.
+    QCOMPARE(linksTaken(DueItemCausali::load(DueItemCausali::defaultPath())),
+             QStringLiteral("1,3,4"));
+}
+
+void TestDueItemLoader::rowColumnsFromTheDueItem()
+{
+    test::ScriptedPrompter prompter;
+    TestInstallation inst;
+    QVERIFY(inst.isValid());
+    ErpRecord r = item(link(1), QStringLiteral("imp_dapag_val=1234.56;imp_dapag_eur=617.28;"
+                                               "imp_pag_val=234.50;imp_pag_eur=117.25;"
+                                               "num_doc=  120;serie_doc=A;data_doc=20260915;"
+                                               "num_prot=88;num_rata=02;num_effetto=777;"
+                                               "ind_clifor=F;cod_sede=000001;conto=CC0001;"
+                                               "valuta=US;stato=1"));
+    r.setNumber(QStringLiteral("cambio"), 2, 6);
+    ErpRecord noRate = item(link(2));
+    noRate.setText(QStringLiteral("cambio"), QString());
+    QVERIFY(inst.put({r, noRate}));
+
+    distinta::Distinta d = newDistinta();
+    SelectionValues v = selection({});
+    v.bancaPres = QStringLiteral("05034");
+    v.agenziaPres = QStringLiteral("11701");
+    QCOMPARE(DueItemLoader(inst.erp(), v, DefaultDesPag, DueItemCausali()).cmdGenera_Click(d).added,
+             2);
+
+    const distinta::Riga &row = d.righe.at(0);
+    QCOMPARE(row.cod_distinta, QStringLiteral("     7"));
+    QCOMPARE(row.flg_flag_colpar, QStringLiteral("P"));
+    QCOMPARE(row.des_link_orvida, link(1));
+    QCOMPARE(row.key(), QStringLiteral("P") + link(1));
+    QCOMPARE(row.des_num_doc, QStringLiteral("  120 "));
+    QCOMPARE(row.des_serie_doc, QStringLiteral("A"));
+    QCOMPARE(row.dat_data_doc, QStringLiteral("20260915"));
+    QCOMPARE(row.des_num_prot.trimmed(), QStringLiteral("88"));
+    QCOMPARE(row.des_num_rata, QStringLiteral("02"));
+    QCOMPARE(row.dat_data_scad, QStringLiteral("20261130"));
+    QCOMPARE(row.des_num_effetto.trimmed(), QStringLiteral("777"));
+    QCOMPARE(row.cod_tipo_pag, QStringLiteral("6"));
+    QCOMPARE(row.flg_ind_clifor, QStringLiteral("F"));
+    QCOMPARE(row.cod_clifor, QStringLiteral("400001"));
+    QCOMPARE(row.cod_sedeamm, QStringLiteral("000001"));
+    QCOMPARE(row.cod_banca_cli, QStringLiteral("03069"));
+    QCOMPARE(row.cod_agenzia_cli, QStringLiteral("01600"));
+    QCOMPARE(row.des_num_cc, QStringLiteral("CC0001").leftJustified(20));
+    QCOMPARE(row.cod_valuta, QStringLiteral("US"));
+    QCOMPARE(row.val_imp_dapag_val, 1234.56);
+    QCOMPARE(row.val_imp_dapag_eur, 617.28);
+    QCOMPARE(row.val_imp_pag_val, 234.50);
+    QCOMPARE(row.val_imp_pag_eur, 117.25);
+    QCOMPARE(row.val_imp_residuo_val, 1000.06);
+    QCOMPARE(row.val_imp_residuo_eur, 500.03);
+    QCOMPARE(row.val_imp_indist_val, std::optional<double>(1000.06));
+    QCOMPARE(row.val_imp_indist_eur, std::optional<double>(500.03));
+    QCOMPARE(row.val_cambio, 2.0);
+    QCOMPARE(row.cod_banca_pres, QStringLiteral("05034"));
+    QCOMPARE(row.cod_agenzia_pres, QStringLiteral("11701"));
+    QCOMPARE(row.flg_ind_dist, QString());
+    QCOMPARE(row.des_scadenza, QStringLiteral("Vs.Fatt. 120/A del 15/09/26"));
+    // A due item without a rate is taken as euro.
+    QCOMPARE(d.righe.at(1).val_cambio, 1.0);
+}
+
+void TestDueItemLoader::description_data()
+{
+    QTest::addColumn<QString>("pattern");
+    QTest::addColumn<QString>("number");
+    QTest::addColumn<QString>("series");
+    QTest::addColumn<QString>("date");
+    QTest::addColumn<QString>("expected");
+
+    QTest::newRow("number and series") << DefaultDesPag << "  123 "
+                                       << "A"
+                                       << "20261015"
+                                       << "Vs.Fatt. 123/A del 15/10/26";
+    QTest::newRow("blank series") << DefaultDesPag << "123456"
+                                  << " "
+                                  << "20261015"
+                                  << "Vs.Fatt. 123456 del 15/10/26";
+    QTest::newRow("number only in the pattern") << "Pag. NNNNNN"
+                                                << "9"
+                                                << "B"
+                                                << "20261015"
+                                                << "Pag. 9/B";
+    QTest::newRow("no document date") << DefaultDesPag << "5"
+                                      << ""
+                                      << "        "
+                                      << "Vs.Fatt. 5 del";
+    QTest::newRow("pattern without places") << "Saldo fornitura"
+                                            << "5"
+                                            << "A"
+                                            << "20261015"
+                                            << "Saldo fornitura";
+}
+
+void TestDueItemLoader::description()
+{
+    QFETCH(QString, pattern);
+    QFETCH(QString, number);
+    QFETCH(QString, series);
+    QFETCH(QString, date);
+    QFETCH(QString, expected);
+    QCOMPARE(DueItemLoader::descrizione(pattern, number, series, date), expected);
+}
+
+void TestDueItemLoader::cancelledWalkKeepsTheRowsAdded()
+{
+    test::ScriptedPrompter prompter;
+    TestInstallation inst;
+    QVERIFY(inst.isValid());
+    const int count = DueItemLoader::ProgressInterval + 100;
+    QList<ErpRecord> records;
+    for (int i = 1; i <= count; ++i)
+        records << item(link(i), i % 2 ? QString() : QStringLiteral("stato_dist=5"));
+    QVERIFY(inst.put(records));
+
+    distinta::Distinta d = newDistinta();
+    DueItemLoader loader(inst.erp(), selection({}), DefaultDesPag, DueItemCausali());
+    QList<qint64> reports;
+    loader.setProgress([&](qint64 read, int added) {
+        reports << read << added;
+        return false;
+    });
+    const DueItemLoader::Result result = loader.cmdGenera_Click(d);
+    QVERIFY(result.cancelled);
+    QCOMPARE(reports,
+             (QList<qint64>{DueItemLoader::ProgressInterval, DueItemLoader::ProgressInterval / 2}));
+    QCOMPARE(d.righe.size(), DueItemLoader::ProgressInterval / 2);
+}
+
+QTEST_GUILESS_MAIN(TestDueItemLoader)
+#include "tst_duitemloader.moc"
