@@ -1,5 +1,7 @@
 #include "commandtable.h"
 
+#include "cmdcbi.h"
+#include "cmdcheck.h"
 #include "commands.h"
 
 namespace pg::cli {
@@ -19,6 +21,14 @@ const QList<Command> &commandTable()
                         "chiave (1 se non indicata); load carica i record di un file di testo\n"
                         "(tutti o nessuno)"),
          true, runArchive},
+        {QStringLiteral("cbi"), QStringLiteral("N [--out FILE]"),
+         QStringLiteral("scrive il file CBI dei bonifici della distinta N (nel file proposto,\n"
+                        "D_STM/CBI_N.txt, o in FILE) e la segna presentata in banca"),
+         true, runCbi},
+        {QStringLiteral("check"), QStringLiteral("N"),
+         QStringLiteral("controlla la completezza dei dati bancari della distinta N, scrive il\n"
+                        "rapporto controllo.txt e ne stampa il percorso; esce con 1 se ci sono errori"),
+         true, runCheck},
     };
     return table;
 }
