@@ -1,0 +1,64 @@
+#pragma once
+
+#include "archives/erprecord.h"
+#include "distinta/distinta.h"
+
+#include <QByteArray>
+#include <QList>
+#include <QString>
+
+namespace pg::distinta {
+class DistinteStore;
+}
+
+// The suite and the distinte of the bank-file tests: the company with a presenting bank whose
+// IBAN is usable and one whose IBAN is not, banks and agencies, suppliers with their bank
+// data and sites, and the distinte 1, 2, 3, 4 and 12 whose files are written by hand in
+// golden/.
+namespace pg::test {
+
+// One row of a distinta as the tests describe it.
+struct RowSpec
+{
+    QString link;
+    QString account;
+    QString doc;
+    QString date;
+    QString bank;
+    QString agency;
+    QString accountNumber;
+    double amount;
+    QString description;
+    QString series;
+    QString site;
+};
+
+struct DistintaSpec
+{
+    int number;
+    bool secondBank; // the presenting bank without a usable IBAN
+    QString references;
+    int dispositions;
+    double total;
+    QList<RowSpec> rows;
+};
+
+// The records of the suite, and the due items of every distinta's rows.
+QList<archives::ErpRecord> suiteRecords();
+QList<archives::ErpRecord> dueItemsOfTheDistinte();
+// Supplier 200001 of the suite as a master record with other fields (for odd data).
+archives::ErpRecord master(const QString &code, const QString &name, const QString &address,
+                           const QString &cap, const QString &city, const QString &province,
+                           const QString &taxCode, const QString &vat);
+
+DistintaSpec spec(int number);
+distinta::Riga rigaOf(const RowSpec &s);
+// The distinta of the spec in memory (not saved): created 15/01/2024, value 20/01/2024.
+distinta::Distinta distintaOf(distinta::DistinteStore &store, const DistintaSpec &s,
+                              const QString &currency = QStringLiteral("  "));
+
+QByteArray readAll(const QString &path);
+// A hand-written file of golden/.
+QByteArray goldenFile(const QString &name);
+
+} // namespace pg::test
