@@ -4,9 +4,18 @@
 
 #include <QDir>
 
+#include <map>
+
 namespace pg::archives {
 
 namespace {
+
+// The statements that write the records of one archive.
+struct ArchiveSql
+{
+    QByteArray remove; // the records with the key 1 of the new one
+    QByteArray insert; // the record and its keys
+};
 
 // One store of the installation, with the archives it holds.
 struct Target
@@ -27,6 +36,7 @@ public:
     void rollback();
 
     std::vector<std::unique_ptr<Target>> targets;
+    std::map<int, ArchiveSql> statements;
     Target *company = nullptr;
     Target *common = nullptr;
     bool begun = false;
@@ -71,8 +81,20 @@ ArchiveWriter::ArchiveWriter(const QString &companyArchiveDir, const QString &co
         d->common = d->targets.back().get();
         d->common->path = commonPath;
     }
-    for (int archive : RecordLayouts::instance().archiveNumbers())
+    for (int archive : RecordLayouts::instance().archiveNumbers()) {
         d->targetOf(archive)->archives << archive;
+        const QByteArray table = StoreFile::tableName(archive);
+        const QList<int> keys = RecordLayouts::instance().archive(archive)->keyNumbers();
+        ArchiveSql &sql = d->statements[archive];
+        sql.remove = "DELETE FROM " + table + " WHERE " + StoreFile::keyColumn(1) + " = ?1";
+        QByteArray values = ") VALUES (?1";
+        sql.insert = "INSERT INTO " + table + " (record";
+        for (qsizetype i = 0; i < keys.size(); ++i) {
+            sql.insert += ", " + StoreFile::keyColumn(keys.at(i));
+            values += ", ?" + QByteArray::number(i + 2);
+        }
+        sql.insert += values + ')';
+    }
 }
 
 ArchiveWriter::~ArchiveWriter()
@@ -93,6 +115,9 @@ bool ArchiveWriter::begin(QString *error)
             return d->fail(error, QStringLiteral("Impossibile aprire l'archivio %1: %2")
                                       .arg(QDir::toNativeSeparators(target->path), why));
         }
+        // A load writes keys in any order: a large page cache keeps the indexes in memory
+        // instead of spilling them to the log halfway through the transaction.
+        store.exec("PRAGMA cache_size = -262144");
         // Taking the write lock at once: a store in use elsewhere fails here, not halfway.
         if (!store.exec("BEGIN IMMEDIATE")) {
             const QString why = store.errorText();
@@ -136,19 +161,12 @@ bool ArchiveWriter::put(int archive, const QByteArray &record, QString *error)
     }
 
     StoreFile &store = d->targetOf(archive)->store;
-    const QByteArray table = StoreFile::tableName(archive);
+    const ArchiveSql &sql = d->statements.at(archive);
     const QList<int> keys = layout->keyNumbers();
     const QByteArray key1 = layout->keyOf(record, 1);
 
-    sqlite3_stmt *remove =
-        store.cached("DELETE FROM " + table + " WHERE " + StoreFile::keyColumn(1) + " = ?1");
-    QByteArray insertSql = "INSERT INTO " + table + " (record";
-    QByteArray values = ") VALUES (?1";
-    for (qsizetype i = 0; i < keys.size(); ++i) {
-        insertSql += ", " + StoreFile::keyColumn(keys.at(i));
-        values += ", ?" + QByteArray::number(i + 2);
-    }
-    sqlite3_stmt *insert = remove ? store.cached(insertSql + values + ')') : nullptr;
+    sqlite3_stmt *remove = store.cached(sql.remove);
+    sqlite3_stmt *insert = remove ? store.cached(sql.insert) : nullptr;
     int rc = SQLITE_OK;
     if (insert) {
         sqlite3_bind_blob(remove, 1, key1.constData(), int(key1.size()), SQLITE_STATIC);

@@ -72,6 +72,8 @@ public:
     void readRecord(const OpenArchive &open, sqlite3_stmt *statement, QByteArray &record);
     // Starts a walk in key order at the first record at or after the start key.
     qint16 position(OpenArchive &open, int key, const QByteArray &startKey, QByteArray &record);
+    // Writes the record over the one with the archive's current id, in one transaction.
+    ArchiveError rewrite(OpenArchive &open, const QByteArray &bytes);
     // Stops the live cursor on the store, if any, remembering where it stood.
     void suspendWalker(Store *store);
     // Drops the archive's position and record last read.
@@ -154,6 +156,79 @@ qint16 EmbeddedArchiveStore::Private::position(OpenArchive &open, int key,
     }
     open.key = 0;
     return done(open.store->file.fail(rc));
+}
+
+ArchiveError EmbeddedArchiveStore::Private::rewrite(OpenArchive &open, const QByteArray &bytes)
+{
+    StoreFile &file = open.store->file;
+    const ArchiveLayout &layout = *open.layout;
+    const QList<int> keys = layout.keyNumbers();
+    sqlite3_stmt *begin = file.cached("BEGIN IMMEDIATE");
+    if (!begin)
+        return file.lastError();
+    int rc = sqlite3_step(begin);
+    sqlite3_reset(begin);
+    if (rc != SQLITE_DONE)
+        return file.fail(rc);
+
+    // Only the keys that change are written: an index entry rewritten to the same value
+    // would cost as much as a real move.
+    QByteArray select = "SELECT ";
+    for (qsizetype i = 0; i < keys.size(); ++i)
+        select += (i > 0 ? ", " : "") + StoreFile::keyColumn(keys.at(i));
+    select += " FROM " + open.table + " WHERE id = ?1";
+    QByteArray update = "UPDATE " + open.table + " SET record = ?1";
+    QList<QByteArray> changed;
+    ArchiveError result = Ok;
+    sqlite3_stmt *current = file.cached(select);
+    if (!current) {
+        result = file.lastError();
+    } else {
+        sqlite3_bind_int64(current, 1, open.current);
+        rc = sqlite3_step(current);
+        if (rc == SQLITE_ROW) {
+            for (qsizetype i = 0; i < keys.size(); ++i) {
+                QByteArray key = layout.keyOf(bytes, keys.at(i));
+                const QByteArrayView stored(
+                    static_cast<const char *>(sqlite3_column_blob(current, int(i))),
+                    sqlite3_column_bytes(current, int(i)));
+                if (stored != key) {
+                    update += ", " + StoreFile::keyColumn(keys.at(i)) + " = ?" +
+                              QByteArray::number(changed.size() + 3);
+                    changed << key;
+                }
+            }
+        } else {
+            result = rc == SQLITE_DONE ? NotFound : file.fail(rc);
+        }
+        sqlite3_reset(current);
+    }
+    if (result == Ok) {
+        sqlite3_stmt *statement = file.cached(update + " WHERE id = ?2");
+        if (!statement) {
+            result = file.lastError();
+        } else {
+            sqlite3_bind_blob(statement, 1, bytes.constData(), int(bytes.size()), SQLITE_STATIC);
+            sqlite3_bind_int64(statement, 2, open.current);
+            for (qsizetype i = 0; i < changed.size(); ++i)
+                sqlite3_bind_blob(statement, int(i + 3), changed.at(i).constData(),
+                                  int(changed.at(i).size()), SQLITE_STATIC);
+            rc = sqlite3_step(statement);
+            sqlite3_reset(statement);
+            if (rc != SQLITE_DONE)
+                result = file.fail(rc);
+        }
+    }
+    sqlite3_stmt *end = file.cached(result == Ok ? "COMMIT" : "ROLLBACK");
+    if (!end)
+        return result == Ok ? file.lastError() : result;
+    rc = sqlite3_step(end);
+    sqlite3_reset(end);
+    if (rc != SQLITE_DONE && result == Ok) {
+        result = file.fail(rc);
+        sqlite3_exec(file.handle(), "ROLLBACK", nullptr, nullptr, nullptr);
+    }
+    return result;
 }
 
 void EmbeddedArchiveStore::Private::suspendWalker(Store *store)
@@ -419,38 +494,12 @@ qint16 EmbeddedArchiveStore::RiscritturaRec32(qint32 handle, qint32 archive,
     if (open->current == 0)
         return d->done(NoCurrentRecord);
 
-    const QByteArray bytes = record.left(layout.length);
-    const QList<int> keys = layout.keyNumbers();
-    QByteArray sql = "UPDATE " + open->table + " SET record = ?1";
-    for (qsizetype i = 0; i < keys.size(); ++i)
-        sql += ", " + StoreFile::keyColumn(keys.at(i)) + " = ?" + QByteArray::number(i + 2);
-    sql += " WHERE id = ?" + QByteArray::number(keys.size() + 2);
-
-    // With no cursor open on the connection, the update commits as it ends.
+    // With no cursor open on the connection, the write transaction ends with the call.
     d->suspendWalker(open->store);
-    StoreFile &file = open->store->file;
-    sqlite3_stmt *statement = file.cached(sql);
-    if (!statement)
-        return d->failed(*open);
-    QList<QByteArray> keyBytes;
-    keyBytes.reserve(keys.size());
-    sqlite3_bind_blob(statement, 1, bytes.constData(), int(bytes.size()), SQLITE_STATIC);
-    for (qsizetype i = 0; i < keys.size(); ++i) {
-        keyBytes << layout.keyOf(bytes, keys.at(i));
-        sqlite3_bind_blob(statement, int(i + 2), keyBytes.last().constData(),
-                          int(keyBytes.last().size()), SQLITE_STATIC);
-    }
-    sqlite3_bind_int64(statement, int(keys.size() + 2), open->current);
-    const int rc = sqlite3_step(statement);
-    sqlite3_reset(statement);
-    if (rc != SQLITE_DONE)
-        return d->done(file.fail(rc));
-    if (sqlite3_changes(file.handle()) == 0) {
-        // Removed by another program since it was read.
-        open->current = 0;
-        return d->done(NotFound);
-    }
-    return d->done(Ok);
+    const ArchiveError result = d->rewrite(*open, record.left(layout.length));
+    if (result == NotFound)
+        open->current = 0; // removed by another program since it was read
+    return d->done(result);
 }
 
 qint32 EmbeddedArchiveStore::TqGetErcode()
