@@ -1,0 +1,216 @@
+// pagamenti-cli as administrators run it: exit codes, usage, the demo installation and the
+// archive dump and load, each a real process.
+
+#include <QDir>
+#include <QFile>
+#include <QProcess>
+#include <QTemporaryDir>
+#include <QTest>
+
+namespace {
+
+struct Run
+{
+    int exitCode = -1;
+    QString out;
+    QString err;
+};
+
+} // namespace
+
+class TestCli : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void usageAndExitCodes_data();
+    void usageAndExitCodes();
+    void demoDumpLoadDump();
+    void loadRefusesABadFileWhole();
+    void commandsNeedAnInstallation();
+    void demoRefusesALongDirectory();
+
+private:
+    // Runs pagamenti-cli; iniDir, when given, is the ORVIDA_INI_DIR of the run.
+    Run cli(const QStringList &arguments, const QString &iniDir = {});
+    // A new short-named directory for an installation (its path goes into ini files).
+    QString newDir();
+
+    QList<std::shared_ptr<QTemporaryDir>> m_dirs;
+};
+
+Run TestCli::cli(const QStringList &arguments, const QString &iniDir)
+{
+    QProcess process;
+    QProcessEnvironment env = QProcessEnvironment::systemEnvironment();
+    env.remove(QStringLiteral("PAGAMENTI_RECORD_MANAGER"));
+    env.remove(QStringLiteral("ORVIDA_INI_DIR"));
+    if (!iniDir.isEmpty())
+        env.insert(QStringLiteral("ORVIDA_INI_DIR"), iniDir);
+    process.setProcessEnvironment(env);
+    process.start(QStringLiteral(PAGAMENTI_BINARY_DIR "/bin/pagamenti-cli"), arguments);
+    Run run;
+    if (!process.waitForFinished(120000) || process.exitStatus() != QProcess::NormalExit)
+        return run;
+    run.exitCode = process.exitCode();
+    run.out = QString::fromUtf8(process.readAllStandardOutput());
+    run.err = QString::fromUtf8(process.readAllStandardError());
+    return run;
+}
+
+QString TestCli::newDir()
+{
+    auto dir = std::make_shared<QTemporaryDir>(QDir::tempPath() + QStringLiteral("/pgcXXXXXX"));
+    m_dirs << dir;
+    return dir->path();
+}
+
+void TestCli::usageAndExitCodes_data()
+{
+    QTest::addColumn<QStringList>("arguments");
+    QTest::addColumn<int>("exitCode");
+    QTest::addColumn<QString>("stdoutHas");
+    QTest::addColumn<QString>("stderrHas");
+    QTest::newRow("help") << QStringList{QStringLiteral("--help")} << 0
+                          << "Uso: pagamenti-cli [--yes] COMANDO"
+                          << "";
+    QTest::newRow("help of a command")
+        << QStringList{QStringLiteral("archive"), QStringLiteral("--help")} << 0
+        << "archive dump NUMERO"
+        << "";
+    QTest::newRow("no command") << QStringList() << 2 << ""
+                                << "Comandi:";
+    QTest::newRow("unknown command") << QStringList{QStringLiteral("paga")} << 2 << ""
+                                     << "Comando sconosciuto: paga";
+    QTest::newRow("unknown global option") << QStringList{QStringLiteral("--presto")} << 2 << ""
+                                           << "Opzione sconosciuta: --presto";
+    QTest::newRow("demo without directory") << QStringList{QStringLiteral("demo")} << 2 << ""
+                                            << "Indicare una e una sola cartella";
+    QTest::newRow("demo with a wrong number")
+        << QStringList{QStringLiteral("demo"), QStringLiteral("/tmp/x"),
+                       QStringLiteral("--due-items"), QStringLiteral("molte")}
+        << 2 << ""
+        << "Valore non valido per --due-items";
+    QTest::newRow("demo with an unknown option")
+        << QStringList{QStringLiteral("demo"), QStringLiteral("/tmp/x"), QStringLiteral("--veloce")}
+        << 2 << ""
+        << "Opzione sconosciuta: --veloce";
+    QTest::newRow("option without its value")
+        << QStringList{QStringLiteral("demo"), QStringLiteral("/tmp/x"), QStringLiteral("--seed")}
+        << 2 << ""
+        << "Manca il valore dell'opzione --seed";
+}
+
+void TestCli::usageAndExitCodes()
+{
+    QFETCH(QStringList, arguments);
+    QFETCH(int, exitCode);
+    QFETCH(QString, stdoutHas);
+    QFETCH(QString, stderrHas);
+    const Run run = cli(arguments);
+    QCOMPARE(run.exitCode, exitCode);
+    QVERIFY2(run.out.contains(stdoutHas), qPrintable(run.out));
+    QVERIFY2(run.err.contains(stderrHas), qPrintable(run.err));
+    QCOMPARE(run.out.isEmpty(), stdoutHas.isEmpty());
+}
+
+void TestCli::demoDumpLoadDump()
+{
+    const QStringList demoArgs{QStringLiteral("--seed"),      QStringLiteral("5"),
+                               QStringLiteral("--due-items"), QStringLiteral("180"),
+                               QStringLiteral("--today"),     QStringLiteral("14/03/2025")};
+    const QString first = newDir();
+    Run run = cli(QStringList{QStringLiteral("demo"), first} + demoArgs);
+    QCOMPARE(run.exitCode, 0);
+    QVERIFY2(run.out.contains(QStringLiteral("ORVIDA_INI_DIR=") + QDir::toNativeSeparators(first)),
+             qPrintable(run.out));
+
+    const Run dueItems =
+        cli({QStringLiteral("archive"), QStringLiteral("dump"), QStringLiteral("38")}, first);
+    QCOMPARE(dueItems.exitCode, 0);
+    QCOMPARE(dueItems.out.count(u'\n'), 180);
+    const Run banks =
+        cli({QStringLiteral("archive"), QStringLiteral("dump"), QStringLiteral("15")}, first);
+    QCOMPARE(banks.exitCode, 0);
+    QVERIFY(banks.out.contains(u"des_valuta=EURO"));
+
+    // The same seed and day give the same archives.
+    const QString second = newDir();
+    QCOMPARE(cli(QStringList{QStringLiteral("demo"), second} + demoArgs).exitCode, 0);
+    QCOMPARE(
+        cli({QStringLiteral("archive"), QStringLiteral("dump"), QStringLiteral("38")}, second).out,
+        dueItems.out);
+
+    // Loaded into an empty installation, the dump comes back the same.
+    const QString empty = newDir();
+    QCOMPARE(cli({QStringLiteral("demo"), empty, QStringLiteral("--empty")}).exitCode, 0);
+    QCOMPARE(
+        cli({QStringLiteral("archive"), QStringLiteral("dump"), QStringLiteral("38")}, empty).out,
+        QString());
+    const QString file = empty + QStringLiteral("/scadenze.txt");
+    QFile text(file);
+    QVERIFY(text.open(QIODevice::WriteOnly));
+    text.write(dueItems.out.toUtf8() + banks.out.toUtf8());
+    text.close();
+    run = cli({QStringLiteral("archive"), QStringLiteral("load"), file}, empty);
+    QCOMPARE(run.exitCode, 0);
+    QVERIFY2(run.out.contains(u"archivio 38: 180"), qPrintable(run.out));
+    QCOMPARE(
+        cli({QStringLiteral("archive"), QStringLiteral("dump"), QStringLiteral("38")}, empty).out,
+        dueItems.out);
+    QCOMPARE(
+        cli({QStringLiteral("archive"), QStringLiteral("dump"), QStringLiteral("15")}, empty).out,
+        banks.out);
+    QCOMPARE(cli({QStringLiteral("archive"), QStringLiteral("dump"), QStringLiteral("38"),
+                  QStringLiteral("--key"), QStringLiteral("2")},
+                 empty)
+                 .out,
+             cli({QStringLiteral("archive"), QStringLiteral("dump"), QStringLiteral("38"),
+                  QStringLiteral("--key=2")},
+                 first)
+                 .out);
+}
+
+void TestCli::loadRefusesABadFileWhole()
+{
+    const QString dir = newDir();
+    QCOMPARE(cli({QStringLiteral("demo"), dir, QStringLiteral("--empty")}).exitCode, 0);
+    const QString file = dir + QStringLiteral("/errato.txt");
+    QFile text(file);
+    QVERIFY(text.open(QIODevice::WriteOnly));
+    text.write("38 * flag_colpar=P link=2025000000101 data_scad=20250331\n"
+               "38 * flag_colpar=P link=2025000000201 data_scad=2025-03-31\n");
+    text.close();
+    const Run run = cli({QStringLiteral("archive"), QStringLiteral("load"), file}, dir);
+    QCOMPARE(run.exitCode, 1);
+    QVERIFY2(run.err.contains(u"nessun record è stato scritto"), qPrintable(run.err));
+    QVERIFY2(run.err.contains(u"riga 2, campo data_scad: valore di 10 caratteri"),
+             qPrintable(run.err));
+    QCOMPARE(
+        cli({QStringLiteral("archive"), QStringLiteral("dump"), QStringLiteral("38")}, dir).out,
+        QString());
+}
+
+void TestCli::commandsNeedAnInstallation()
+{
+    // No ORVIDA.INI where the variable points: the parpe file of the empty company is missing.
+    const Run run =
+        cli({QStringLiteral("archive"), QStringLiteral("dump"), QStringLiteral("38")}, newDir());
+    QCOMPARE(run.exitCode, 1);
+    QVERIFY2(run.err.contains(u"Non è stato trovato il Parpe per l'azienda attiva"),
+             qPrintable(run.err));
+    QVERIFY(run.out.isEmpty());
+}
+
+void TestCli::demoRefusesALongDirectory()
+{
+    const QString base = newDir();
+    const QString deep = base + QStringLiteral("/una/cartella/molto/profonda");
+    const Run run = cli({QStringLiteral("demo"), deep});
+    QCOMPARE(run.exitCode, 1);
+    QVERIFY2(run.err.contains(u"Percorso troppo lungo"), qPrintable(run.err));
+    QVERIFY(!QFileInfo::exists(base + QStringLiteral("/una")));
+}
+
+QTEST_GUILESS_MAIN(TestCli)
+#include "tst_cli.moc"
