@@ -34,7 +34,11 @@ QString StoreFile::fileName()
 
 QString StoreFile::pathIn(const QString &archiveDir)
 {
-    if (archiveDir.isEmpty() || archiveDir.endsWith(u'/') || archiveDir.endsWith(u'\\'))
+    // No directory is not the current one: an environment that was never resolved must not
+    // find or leave a store wherever the program was started.
+    if (archiveDir.isEmpty())
+        return {};
+    if (archiveDir.endsWith(u'/') || archiveDir.endsWith(u'\\'))
         return archiveDir + fileName();
     return archiveDir + u'/' + fileName();
 }
@@ -100,6 +104,8 @@ ArchiveError StoreFile::open(const QString &path, Access access)
     m_path = path;
     m_lastError = Ok;
     m_errorText.clear();
+    if (path.isEmpty())
+        return failWith(NotFound, QStringLiteral("Cartella degli archivi non indicata."));
     const bool exists = QFileInfo(path).isFile();
     if (!exists && access == Access::Existing)
         return failWith(NotFound, QStringLiteral("Il file %1 non esiste.").arg(path));

@@ -45,7 +45,8 @@ public:
     StoreFile(const StoreFile &) = delete;
     StoreFile &operator=(const StoreFile &) = delete;
 
-    // The store's file name in every archive directory, and its path in one.
+    // The store's file name in every archive directory, and its path in one (empty for an
+    // empty directory: a store that cannot be opened).
     static QString fileName();
     static QString pathIn(const QString &archiveDir);
     // The common archives (15 and 0) live in the common directory's store, all others in the

@@ -5,6 +5,7 @@
 #include "archives/archivewriter.h"
 #include "archives/embeddedarchivestore.h"
 
+#include <QDir>
 #include <QFile>
 #include <QTest>
 
@@ -23,7 +24,7 @@ private slots:
     void allOrNothing_data();
     void allOrNothing();
     void rebuildsAStoreOfOtherLayouts();
-    void refusesAFileThatIsNotAStore();
+    void refusesWhereItCannotWrite();
 };
 
 namespace {
@@ -177,7 +178,7 @@ void TestArchiveWriter::rebuildsAStoreOfOtherLayouts()
     QCOMPARE(readByKey2(fx.companyDir(), fx.commonDir(), itemA()), itemA());
 }
 
-void TestArchiveWriter::refusesAFileThatIsNotAStore()
+void TestArchiveWriter::refusesWhereItCannotWrite()
 {
     ArchiveFixture fx;
     const QByteArray garbage(5000, 'x');
@@ -186,10 +187,23 @@ void TestArchiveWriter::refusesAFileThatIsNotAStore()
     file.write(garbage);
     file.close();
 
-    const QString error = fx.load({{Scadenze, itemA()}});
-    QVERIFY(!error.isEmpty());
+    QVERIFY(!fx.load({{Scadenze, itemA()}}).isEmpty());
     QVERIFY(file.open(QIODevice::ReadOnly));
     QCOMPARE(file.readAll(), garbage);
+    QCOMPARE(test::rowCount(fx.commonStore(), "archivio_15"), -1);
+
+    // Directories never resolved: no store appears where the program happens to run.
+    const QString here = QDir::currentPath();
+    QVERIFY(QDir::setCurrent(fx.commonDir()));
+    ArchiveWriter writer{QString(), QString()};
+    QString error;
+    QVERIFY(!writer.begin(&error));
+    QVERIFY(!error.isEmpty());
+    QVERIFY(QDir(fx.commonDir()).entryList(QDir::Files).isEmpty());
+    EmbeddedArchiveStore store{QString(), QString()};
+    store.AperturaFile(1, TabelleComuni, ReadOnly);
+    QCOMPARE(store.TqGetErcode(), qint32(NotFound));
+    QVERIFY(QDir::setCurrent(here));
 }
 
 QTEST_GUILESS_MAIN(TestArchiveWriter)
