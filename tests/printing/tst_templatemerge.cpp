@@ -3,6 +3,7 @@
 #include "printing/templatestore.h"
 
 #include <QDir>
+#include <QFile>
 #include <QTest>
 
 using namespace pg::printing;
@@ -34,6 +35,7 @@ private slots:
     void problems_data();
     void problems();
     void shippedTemplatesAreValid();
+    void everyFieldIsDocumented();
 };
 
 void TestTemplateMerge::fieldsAndRepeatedRows()
@@ -147,6 +149,19 @@ void TestTemplateMerge::shippedTemplatesAreValid()
         QVERIFY2(text && !text->isEmpty(), qPrintable(name));
         const TemplateMerge merge(*text);
         QVERIFY2(merge.isValid(), qPrintable(name + u'\n' + merge.problems().join(u'\n')));
+    }
+}
+
+void TestTemplateMerge::everyFieldIsDocumented()
+{
+    QFile doc(QStringLiteral(PAGAMENTI_SOURCE_DIR "/docs/printing.md"));
+    QVERIFY(doc.open(QIODevice::ReadOnly));
+    const QString text = QString::fromUtf8(doc.readAll());
+    for (const MergeField &field : MergeField::all()) {
+        const QString written = field.scope == MergeField::Scope::Sezione
+                                    ? QStringLiteral("{{#%1}}").arg(field.name)
+                                    : QStringLiteral("`%1`").arg(field.name);
+        QVERIFY2(text.contains(written), qPrintable(written));
     }
 }
 
