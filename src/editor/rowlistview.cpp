@@ -1,0 +1,185 @@
+#include "rowlistview.h"
+
+#include "listcolumns.h"
+#include "rowlistdelegate.h"
+#include "rowlistmodel.h"
+#include "rowlistproxy.h"
+
+#include "lists/usersettings.h"
+#include "startup/errortrap.h"
+
+#include <QContextMenuEvent>
+#include <QHeaderView>
+#include <QMenu>
+
+#include <algorithm>
+
+namespace pg::editor {
+
+namespace {
+
+QString location(const char *procedure)
+{
+    return QStringLiteral("frmMain!Sub ") + QString::fromLatin1(procedure) + QStringLiteral("()");
+}
+
+} // namespace
+
+RowListView::RowListView(QWidget *parent)
+    : QTableView(parent)
+    , m_model(new RowListModel(this))
+    , m_proxy(new RowListProxy(this))
+    , m_menu(new QMenu(this))
+{
+    setObjectName(QStringLiteral("lvwScadenze"));
+    m_proxy->setSourceModel(m_model);
+    setModel(m_proxy);
+    setItemDelegate(new RowListDelegate(this));
+    setSelectionBehavior(QAbstractItemView::SelectRows);
+    setSelectionMode(QAbstractItemView::ExtendedSelection);
+    setEditTriggers(QAbstractItemView::DoubleClicked | QAbstractItemView::EditKeyPressed);
+    setShowGrid(true);
+    setWordWrap(false);
+    setCornerButtonEnabled(false);
+    verticalHeader()->hide();
+    verticalHeader()->setSectionResizeMode(QHeaderView::Fixed);
+    horizontalHeader()->setHighlightSections(false);
+    horizontalHeader()->setSortIndicatorShown(true);
+    // Until the clerk picks a column the lines keep the order of the distinta's rows.
+    horizontalHeader()->setSortIndicator(-1, Qt::AscendingOrder);
+    setSortingEnabled(true);
+
+    m_menu->setObjectName(QStringLiteral("mnuLista"));
+    m_menu->setTitle(QStringLiteral("&Lista"));
+    m_menu->addSeparator()->setObjectName(QStringLiteral("mnuLisSep1"));
+    m_menu->addAction(QStringLiteral("&Paga Tutto"))->setObjectName(QStringLiteral("mnuPagTut"));
+    m_menu->addSeparator()->setObjectName(QStringLiteral("mnuLisSep2"));
+    QAction *all = m_menu->addAction(QStringLiteral("&Seleziona Tutto"));
+    all->setObjectName(QStringLiteral("mnuSelTutto"));
+    QAction *none = m_menu->addAction(QStringLiteral("&Annulla Selezione"));
+    none->setObjectName(QStringLiteral("mnuAnnSel"));
+    m_menu->addSeparator()->setObjectName(QStringLiteral("mnuLisSep3"));
+    QAction *options = m_menu->addAction(QStringLiteral("&Opzioni Lista"));
+    options->setObjectName(QStringLiteral("mnuLisOpz"));
+    connect(all, &QAction::triggered, this, [this] { lvwSelectRow(true); });
+    connect(none, &QAction::triggered, this, [this] { lvwSelectRow(false); });
+    connect(options, &QAction::triggered, this, &RowListView::optionsRequested);
+
+    connect(m_model, &RowListModel::rowEdited, this, [this] { emit rowEdited(); });
+}
+
+void RowListView::setSession(archives::ErpSession *erp)
+{
+    m_model->setSession(erp);
+}
+
+void RowListView::setDistinta(distinta::Distinta *d)
+{
+    m_model->setDistinta(d);
+    LV_AdattaColonne();
+}
+
+void RowListView::LV_InizializzaLista()
+{
+    LV_InizializzaLista(currentSettings());
+}
+
+void RowListView::LV_InizializzaLista(const UserSettings &settings)
+{
+    underTrap(location("LV_InizializzaLista"), [&] {
+        QFont listFont = font();
+        listFont.setFamily(settings.fontName);
+        if (settings.fontSize > 0)
+            listFont.setPointSize(settings.fontSize);
+        setFont(listFont);
+        horizontalHeader()->setSortIndicator(-1, Qt::AscendingOrder);
+        m_model->LV_InizializzaLista(configuredColumns(settings));
+        setColumnHidden(0, true);
+        LV_AdattaColonne();
+    });
+}
+
+void RowListView::LV_RefreshLista()
+{
+    m_model->LV_RefreshLista();
+    setColumnHidden(0, true);
+    LV_AdattaColonne();
+}
+
+void RowListView::LV_AdattaColonne()
+{
+    underTrap(location("LV_AdattaColonne"), [&] {
+        verticalHeader()->setDefaultSectionSize(fontMetrics().height() + 6);
+        for (int c = 1; c < m_model->columnCount(); ++c) {
+            resizeColumnToContents(c);
+            // The table's own width stays the least a column gets.
+            const int table = twipsToPixels(m_model->column(c).width);
+            if (columnWidth(c) < table)
+                setColumnWidth(c, table);
+        }
+        setColumnHidden(0, true);
+    });
+}
+
+void RowListView::LV_ShowHeaderIcon(int column, Qt::SortOrder order)
+{
+    underTrap(location("LV_ShowHeaderIcon"),
+              [&] { horizontalHeader()->setSortIndicator(column, order); });
+}
+
+void RowListView::lvwSelectRow(bool selected)
+{
+    if (selected)
+        selectAll();
+    else
+        clearSelection();
+}
+
+QStringList RowListView::selectedRowKeys() const
+{
+    QModelIndexList rows = selectionModel()->selectedRows();
+    std::sort(rows.begin(), rows.end(),
+              [](const QModelIndex &a, const QModelIndex &b) { return a.row() < b.row(); });
+    QStringList keys;
+    keys.reserve(rows.size());
+    for (const QModelIndex &index : std::as_const(rows))
+        keys << m_proxy->keyAt(index.row());
+    return keys;
+}
+
+QString RowListView::currentRowKey() const
+{
+    const QModelIndex current = currentIndex();
+    return current.isValid() ? m_proxy->keyAt(current.row()) : QString();
+}
+
+bool RowListView::hasListColumn(const QString &header) const
+{
+    return m_model->columnOfHeader(header) >= 0;
+}
+
+int RowListView::listRowCount() const
+{
+    return m_proxy->rowCount();
+}
+
+bool RowListView::edit(const QModelIndex &index, EditTrigger trigger, QEvent *event)
+{
+    if (index.isValid() && state() != EditingState &&
+        (trigger == DoubleClicked || trigger == EditKeyPressed || trigger == AllEditTriggers)) {
+        QString status;
+        if (!m_model->ItemClick(m_proxy->mapToSource(index), &status))
+            return false;
+        if (!status.isEmpty())
+            emit statusHint(status);
+    }
+    return QTableView::edit(index, trigger, event);
+}
+
+void RowListView::contextMenuEvent(QContextMenuEvent *event)
+{
+    underTrap(location("lvwScadenze_MouseDown"), [&] { m_menu->popup(event->globalPos()); });
+    event->accept();
+}
+
+} // namespace pg::editor

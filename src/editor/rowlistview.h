@@ -1,0 +1,84 @@
+#pragma once
+
+#include <QStringList>
+#include <QTableView>
+
+class QMenu;
+
+namespace pg {
+struct UserSettings;
+}
+namespace pg::archives {
+class ErpSession;
+}
+namespace pg::distinta {
+struct Distinta;
+}
+
+namespace pg::editor {
+
+class RowListModel;
+class RowListProxy;
+
+// lvwScadenze: the list of the due items in the current distinta, in the middle of the main
+// window. Full-row, multiple selection; a click on a header sorts by that column with an arrow;
+// a double click (or F2) on the residual amount or the description edits it in the cell, when
+// the list's rules allow; the right button opens the list's menu. The distinta's rows are the
+// truth: the list is refilled from them after every add, removal, load or new distinta.
+class RowListView : public QTableView
+{
+    Q_OBJECT
+
+public:
+    explicit RowListView(QWidget *parent = nullptr);
+
+    using QTableView::edit;
+
+    RowListModel *rowModel() const { return m_model; }
+    RowListProxy *proxy() const { return m_proxy; }
+
+    void setSession(archives::ErpSession *erp);
+    void setDistinta(distinta::Distinta *d);
+
+    // LV_InizializzaLista: the list's font and columns from the clerk's settings.
+    void LV_InizializzaLista();
+    void LV_InizializzaLista(const UserSettings &settings);
+    // LV_RefreshLista: the lines again from the distinta's rows, widths fitted.
+    void LV_RefreshLista();
+    // LV_AdattaColonne: every visible column as wide as its header and contents.
+    void LV_AdattaColonne();
+    // LV_ShowHeaderIcon: the sort arrow on a column.
+    void LV_ShowHeaderIcon(int column, Qt::SortOrder order);
+    // lvwSelectRow: every line selected, or none.
+    void lvwSelectRow(bool selected);
+
+    // The line keys of the selected lines, in the order the list shows them.
+    QStringList selectedRowKeys() const;
+    // The line key of the current line; empty when there is none.
+    QString currentRowKey() const;
+    // Whether the list shows a column with that header.
+    bool hasListColumn(const QString &header) const;
+    int listRowCount() const;
+
+    // mnuLista: "&Paga Tutto", "&Seleziona Tutto", "&Annulla Selezione", "&Opzioni Lista".
+    QMenu *mnuLista() const { return m_menu; }
+
+signals:
+    // A row was changed in the list: the window recomputes the totals and enables saving.
+    void rowEdited();
+    // A hint for the status bar.
+    void statusHint(const QString &text);
+    // "&Opzioni Lista": the options dialog.
+    void optionsRequested();
+
+protected:
+    bool edit(const QModelIndex &index, EditTrigger trigger, QEvent *event) override;
+    void contextMenuEvent(QContextMenuEvent *event) override;
+
+private:
+    RowListModel *m_model;
+    RowListProxy *m_proxy;
+    QMenu *m_menu;
+};
+
+} // namespace pg::editor

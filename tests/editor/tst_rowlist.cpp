@@ -1,0 +1,724 @@
+#include "faultyrecordmanager.h"
+#include "scriptedprompter.h"
+#include "testinstallation.h"
+
+#include "archives/archivenumbers.h"
+#include "distinta/distintestore.h"
+#include "distinta/programvalues.h"
+#include "editor/distintaeditor.h"
+#include "editor/rowlistmodel.h"
+#include "editor/rowlistproxy.h"
+#include "editor/rowlistview.h"
+#include "lists/usersettings.h"
+#include "startup/errortrap.h"
+
+#include <QAbstractItemModelTester>
+#include <QHeaderView>
+#include <QLineEdit>
+#include <QMenu>
+#include <QSignalSpy>
+#include <QTest>
+
+using namespace pg;
+using namespace pg::editor;
+using archives::ErpRecord;
+using distinta::Riga;
+using pg::test::TestInstallation;
+
+namespace {
+
+const QString TwoLines = QStringLiteral(
+    "La scadenza è già stata inserita in un'altra distinta, per cui non è possibile modificare "
+    "ulteriormente l'importo residuo.\r\nPoichè la contabilizzazione deve essere fatta "
+    "manualmente, verificare che l'importo residuo proposto sia corretto ed eventualmente "
+    "effettuare la registrazione di pagamento in Prima Nota.");
+
+QString link(int n)
+{
+    return QStringLiteral("2026%1").arg(n, 9, 10, QLatin1Char('0'));
+}
+
+void set(Riga &r, const QString &assignments)
+{
+    for (const QString &pair : assignments.split(u';', Qt::SkipEmptyParts)) {
+        const QString field = pair.section(u'=', 0, 0);
+        const QString value = pair.section(u'=', 1);
+        bool found = false;
+        for (const auto &c : Riga::columns()) {
+            if (QString(c.name) == field) {
+                c.setValue(r, value == u"null" ? QVariant() : QVariant(value));
+                found = true;
+            }
+        }
+        if (!found)
+            qFatal("no column %s", qPrintable(field));
+    }
+}
+
+// A free credit transfer of 100.00 euro to supplier 400001.
+Riga row(int n, const QString &assignments = {})
+{
+    Riga r;
+    r.cod_distinta = QStringLiteral("     1");
+    r.flg_flag_colpar = QStringLiteral("P");
+    r.des_link_orvida = link(n);
+    r.des_num_doc = QString::number(n);
+    r.dat_data_doc = QStringLiteral("20261015");
+    r.dat_data_scad = QStringLiteral("20261130");
+    r.cod_tipo_pag = QStringLiteral("6");
+    r.flg_ind_clifor = QStringLiteral("F");
+    r.cod_clifor = QStringLiteral("400001");
+    r.cod_valuta = QStringLiteral("EU");
+    r.val_cambio = 1;
+    r.val_imp_dapag_val = r.val_imp_dapag_eur = 100;
+    r.val_imp_residuo_val = r.val_imp_residuo_eur = 100;
+    r.val_imp_indist_val = r.val_imp_indist_eur = 100;
+    r.des_scadenza = QStringLiteral("Vs.Fatt. ") + r.des_num_doc;
+    set(r, assignments);
+    return r;
+}
+
+distinta::Distinta distintaOf(const QList<Riga> &rows, const QString &state = QStringLiteral("P"))
+{
+    distinta::Distinta d;
+    distinta::Testata header;
+    header.cod_distinta = QStringLiteral("     1");
+    header.flg_stato = state;
+    d.testata.append(header);
+    for (const Riga &r : rows)
+        d.righe.append(r);
+    return d;
+}
+
+// Every column of the list shown.
+UserSettings allColumns()
+{
+    UserSettings s;
+    for (const ListColumn &c : LV_ConfigLista())
+        s.columns.insert(c.header, true);
+    return s;
+}
+
+QList<ErpRecord> accounts()
+{
+    ErpRecord a(archives::AnagraficheComuni);
+    a.setText(QStringLiteral("cod_clifor"), QStringLiteral("400001"));
+    a.setText(QStringLiteral("ragsoc"), QStringLiteral("Ferramenta Rossi Srl"));
+    a.setText(QStringLiteral("partita_iva"), QStringLiteral("01234567890"));
+    a.setText(QStringLiteral("cod_fiscale"), QStringLiteral("01234567890"));
+    ErpRecord b(archives::AnagraficheComuni);
+    b.setText(QStringLiteral("cod_clifor"), QStringLiteral("100002"));
+    b.setText(QStringLiteral("ragsoc"), QStringLiteral("Bianchi Mario"));
+    b.setText(QStringLiteral("cod_fiscale"), QStringLiteral("BNCMRA70A01F205X"));
+    ErpRecord c(archives::AnagraficheComuni);
+    c.setText(QStringLiteral("cod_clifor"), QStringLiteral("400003"));
+    c.setText(QStringLiteral("ragsoc"), QStringLiteral("Verdi Spa"));
+    return {a, b, c};
+}
+
+ErpRecord dueItemInState(int n, const QString &state)
+{
+    ErpRecord r = TestInstallation::dueItem(QStringLiteral("P"), link(n), QStringLiteral("6"),
+                                            QStringLiteral("400001"), 100);
+    r.setText(QStringLiteral("stato_dist"), state);
+    return r;
+}
+
+// The main window as the distinta editor sees it, with the real row list in the middle.
+class ListOnlyView : public DistintaView
+{
+public:
+    explicit ListOnlyView(RowListView &list) : m_list(list) {}
+    void setManagementButton(int, bool) override {}
+    void BindControls() override {}
+    void PulisciMaschera() override {}
+    void setAggiungiEnabled(bool) override {}
+    void showTotals() override {}
+    QString dateBoxText(DateBox) const override { return QStringLiteral("__/__/____"); }
+    void setDateBoxText(DateBox, const QString &) override {}
+    void focusDateBox(DateBox, bool) override {}
+    void focusHeaderField(int) override {}
+    void LoadRows() override { m_list.LV_RefreshLista(); }
+    QStringList selectedRowKeys() const override { return m_list.selectedRowKeys(); }
+    void deselectRows() override { m_list.lvwSelectRow(false); }
+    bool hasListColumn(const QString &header) const override
+    {
+        return m_list.hasListColumn(header);
+    }
+    int listRowCount() const override { return m_list.listRowCount(); }
+    QString currentRowKey() const override { return m_list.currentRowKey(); }
+    std::optional<SelectionResult> showSelectionDialog() override { return std::nullopt; }
+    void addSelectedDueItems(distinta::Distinta &) override {}
+    std::optional<QString> chooseDistinta() override { return std::nullopt; }
+    QString lookupBanksAndAgencies() override { return {}; }
+    void showDueItemDetail(const archives::ErpRecord &) override {}
+    void showAccountDetail(const QString &, const QString &, const QString &) override {}
+
+private:
+    RowListView &m_list;
+};
+
+} // namespace
+
+class TestRowList : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void initTestCase();
+    void cleanupTestCase();
+    void init();
+    void cleanup();
+    void formats_data();
+    void formats();
+    void modelPassesTheTester();
+    void columnsFollowTheSettings();
+    void accountsAreReadOncePerAccount();
+    void sorting();
+    void residualAmountLimits();
+    void clickRules_data();
+    void clickRules();
+    void editingInTheView();
+    void selectionAndMenu();
+    void removingSelectedRowsAndTotals();
+
+private:
+    std::unique_ptr<TestInstallation> m_inst;
+};
+
+void TestRowList::initTestCase()
+{
+    // One installation for the whole test: the accounts, and a due item in each distinta state
+    // (link 100 + state; no due item has link 199).
+    m_inst = std::make_unique<TestInstallation>(false);
+    QVERIFY(m_inst->isValid());
+    QList<ErpRecord> records = accounts();
+    for (const QString &state :
+         {QStringLiteral("0"), QStringLiteral("3"), QStringLiteral("4"), QStringLiteral("5")})
+        records << dueItemInState(100 + state.toInt(), state);
+    QVERIFY(m_inst->put(records));
+}
+
+void TestRowList::cleanupTestCase()
+{
+    m_inst.reset();
+}
+
+void TestRowList::init()
+{
+    QLocale::setDefault(QLocale(QLocale::Italian, QLocale::Italy));
+    ErrorTrap::instance().resetForTest();
+    distinta::programValues() = distinta::ProgramValues();
+}
+
+void TestRowList::cleanup()
+{
+    QLocale::setDefault(QLocale::c());
+}
+
+void TestRowList::formats_data()
+{
+    QTest::addColumn<QString>("assignments");
+    QTest::addColumn<QString>("field");
+    QTest::addColumn<QString>("shown");
+
+    QTest::newRow("rate below 9999") << "val_cambio=1936.27"
+                                     << "val_cambio"
+                                     << "1.936,270000";
+    QTest::newRow("rate of one") << "val_cambio=1"
+                                 << "val_cambio"
+                                 << "1,000000";
+    QTest::newRow("rate 9999") << "val_cambio=9999"
+                               << "val_cambio"
+                               << "9.999,00000";
+    QTest::newRow("rate 99999") << "val_cambio=99999"
+                                << "val_cambio"
+                                << "99.999,0000";
+    QTest::newRow("rate 999999") << "val_cambio=999999"
+                                 << "val_cambio"
+                                 << "999.999,00";
+    QTest::newRow("rate above") << "val_cambio=1000000.5"
+                                << "val_cambio"
+                                << "1.000.000,50";
+    QTest::newRow("number and series") << "des_num_doc=123;des_serie_doc=A"
+                                       << "des_num_doc"
+                                       << "   123/A";
+    QTest::newRow("blank series") << "des_num_doc= 42 ;des_serie_doc= "
+                                  << "des_num_doc"
+                                  << "    42";
+    QTest::newRow("long number") << "des_num_doc=1234567"
+                                 << "des_num_doc"
+                                 << "234567";
+    QTest::newRow("due date") << "dat_data_scad=20261130"
+                              << "dat_data_scad"
+                              << "30/11/2026";
+    QTest::newRow("no document date") << "dat_data_doc=        "
+                                      << "dat_data_doc"
+                                      << "";
+    QTest::newRow("amount") << "val_imp_residuo_val=1234567.891"
+                            << "val_imp_residuo_val"
+                            << "1.234.567,89";
+    QTest::newRow("amount of nothing") << "val_imp_pag_val=0"
+                                       << "val_imp_pag_val"
+                                       << "0,00";
+    QTest::newRow("amount missing") << "val_imp_indist_eur=null"
+                                    << "val_imp_indist_eur"
+                                    << "";
+    QTest::newRow("payment type") << "cod_tipo_pag=1"
+                                  << "cod_tipo_pag"
+                                  << "Ricevuta bancaria";
+    QTest::newRow("unknown payment type") << "cod_tipo_pag=X"
+                                          << "cod_tipo_pag"
+                                          << "";
+    QTest::newRow("account name") << ""
+                                  << "ragsoc"
+                                  << "Ferramenta Rossi Srl";
+    QTest::newRow("account VAT number") << ""
+                                        << "Piva"
+                                        << "01234567890";
+    QTest::newRow("private customer") << "cod_clifor=100002"
+                                      << "Piva"
+                                      << "BNCMRA70A01F205X";
+    QTest::newRow("unknown account") << "cod_clifor=999999"
+                                     << "ragsoc"
+                                     << "";
+    QTest::newRow("stored text") << "des_num_rata=02"
+                                 << "des_num_rata"
+                                 << "02";
+}
+
+void TestRowList::formats()
+{
+    QFETCH(QString, assignments);
+    QFETCH(QString, field);
+    QFETCH(QString, shown);
+    distinta::Distinta d = distintaOf({row(1, assignments)});
+    RowListModel model;
+    model.setSession(&m_inst->erp());
+    model.LV_InizializzaLista(configuredColumns(allColumns()));
+    model.setDistinta(&d);
+    const int column = model.columnOfField(field);
+    QVERIFY(column > 0);
+    QCOMPARE(model.index(0, column).data().toString(), shown);
+    const Qt::Alignment alignment =
+        model.index(0, column).data(Qt::TextAlignmentRole).value<Qt::Alignment>();
+    QCOMPARE(alignment.testFlag(Qt::AlignRight),
+             model.column(column).alignment == ListColumn::Alignment::Right);
+}
+
+void TestRowList::modelPassesTheTester()
+{
+    test::ScriptedPrompter prompter;
+    distinta::Distinta d = distintaOf({row(1), row(2, QStringLiteral("flg_ind_dist=P")), row(3)});
+    RowListModel model;
+    RowListProxy proxy;
+    proxy.setSourceModel(&model);
+    QAbstractItemModelTester modelTester(&model,
+                                         QAbstractItemModelTester::FailureReportingMode::QtTest);
+    QAbstractItemModelTester proxyTester(&proxy,
+                                         QAbstractItemModelTester::FailureReportingMode::QtTest);
+    model.setSession(&m_inst->erp());
+    model.LV_InizializzaLista(configuredColumns(UserSettings()));
+    model.setDistinta(&d);
+    QCOMPARE(model.rowCount(), 3);
+    QCOMPARE(model.headerData(0, Qt::Horizontal).toString(), QString());
+    QCOMPARE(model.index(1, 1).data(RowListModel::KeyRole).toString(),
+             QStringLiteral("P") + link(2));
+    // A partial payment stands out, with a tooltip; the others do not.
+    QVERIFY(model.index(1, 3).data(Qt::BackgroundRole).isValid());
+    QCOMPARE(model.index(1, 3).data(Qt::ToolTipRole).toString(), RowListModel::PartialToolTip);
+    QVERIFY(!model.index(0, 3).data(Qt::BackgroundRole).isValid());
+
+    proxy.sort(model.columnOfField(QStringLiteral("des_num_doc")), Qt::DescendingOrder);
+    d.righe.append(row(4));
+    model.LV_RefreshLista();
+    QCOMPARE(proxy.keyAt(0), QStringLiteral("P") + link(4));
+    QVERIFY(model.setData(model.index(2, model.columnOfField(QStringLiteral("des_scadenza"))),
+                          QStringLiteral("Saldo")));
+    QVERIFY(!model.setData(model.index(2, model.columnOfField(QStringLiteral("cod_clifor"))),
+                           QStringLiteral("999999")));
+}
+
+void TestRowList::columnsFollowTheSettings()
+{
+    distinta::Distinta d = distintaOf({row(1)});
+    RowListView view;
+    view.setSession(&m_inst->erp());
+    view.setDistinta(&d);
+    UserSettings settings;
+    settings.fontName = QStringLiteral("DejaVu Sans Mono");
+    settings.fontSize = 11;
+    settings.columns.insert(QStringLiteral("Codice"), false);
+    settings.columns.insert(QStringLiteral("P.Iva"), true);
+    view.LV_InizializzaLista(settings);
+
+    QStringList expected;
+    for (const ListColumn &c : LV_ConfigLista())
+        if (c.header == u"P.Iva" || (c.visible && c.header != u"Codice"))
+            expected << c.header;
+    QStringList headers;
+    const RowListModel &model = *view.rowModel();
+    for (int c = 1; c < model.columnCount(); ++c)
+        headers << model.headerData(c, Qt::Horizontal).toString();
+    QCOMPARE(headers, expected);
+    QCOMPARE(model.column(0).field, RowListModel::HiddenColumn);
+    QVERIFY(view.isColumnHidden(0));
+    QVERIFY(!view.hasListColumn(QStringLiteral("Codice")));
+    QVERIFY(view.hasListColumn(QStringLiteral("Ragione Sociale")));
+    QCOMPARE(view.font().pointSize(), 11);
+    QCOMPARE(view.font().family(), QStringLiteral("DejaVu Sans Mono"));
+    // Fitted to their contents, never narrower than the table's own width.
+    const int name = model.columnOfField(QStringLiteral("ragsoc"));
+    QVERIFY(view.columnWidth(name) >=
+            view.fontMetrics().horizontalAdvance(QStringLiteral("Ferramenta Rossi Srl")));
+    QVERIFY(view.columnWidth(model.columnOfField(QStringLiteral("dat_data_doc"))) >=
+            twipsToPixels(1250));
+}
+
+void TestRowList::accountsAreReadOncePerAccount()
+{
+    test::FaultyRecordManager counting(m_inst->store());
+    archives::ErpSession erp(counting, TestInstallation::Handle);
+    QList<Riga> rows;
+    const QString codes[] = {QStringLiteral("400001"), QStringLiteral("100002"),
+                             QStringLiteral("400003")};
+    for (int n = 1; n <= 300; ++n)
+        rows << row(n, QStringLiteral("cod_clifor=") + codes[n % 3]);
+    distinta::Distinta d = distintaOf(rows);
+    RowListModel model;
+    model.setSession(&erp);
+    model.LV_InizializzaLista(configuredColumns(allColumns()));
+    model.setDistinta(&d);
+    model.LV_RefreshLista();
+    QStringList names;
+    for (int r = 0; r < model.rowCount(); ++r)
+        for (int c = 0; c < model.columnCount(); ++c)
+            names << model.index(r, c).data().toString();
+    QCOMPARE(counting.equalReads(), 3);
+    QCOMPARE(model.index(1, model.columnOfField(QStringLiteral("ragsoc"))).data().toString(),
+             QStringLiteral("Verdi Spa"));
+}
+
+void TestRowList::sorting()
+{
+    distinta::Distinta d = distintaOf(
+        {row(1, QStringLiteral("dat_data_scad=20270105;des_num_doc=10")),
+         row(2, QStringLiteral("dat_data_scad=20261130;des_num_doc=9")),
+         row(3, QStringLiteral("dat_data_scad=20261201;des_num_doc=120;des_serie_doc=A")),
+         row(4, QStringLiteral("dat_data_scad=20261102;des_num_doc=120")),
+         row(5, QStringLiteral("dat_data_scad=20251231;des_num_doc=AB12"))});
+    RowListView view;
+    view.setSession(&m_inst->erp());
+    view.LV_InizializzaLista(UserSettings());
+    view.setDistinta(&d);
+    auto order = [&] {
+        QString out;
+        for (int r = 0; r < view.proxy()->rowCount(); ++r)
+            out += view.proxy()->keyAt(r).right(1);
+        return out;
+    };
+    QCOMPARE(order(), QStringLiteral("12345")); // the distinta's own order until a column is chosen
+
+    const int due = view.rowModel()->columnOfField(QStringLiteral("dat_data_scad"));
+    view.horizontalHeader()->setSortIndicator(due, Qt::AscendingOrder);
+    QCOMPARE(order(), QStringLiteral("54231"));
+    QCOMPARE(view.horizontalHeader()->sortIndicatorSection(), due);
+    view.horizontalHeader()->setSortIndicator(due, Qt::DescendingOrder);
+    QCOMPARE(order(), QStringLiteral("13245"));
+
+    view.LV_ShowHeaderIcon(view.rowModel()->columnOfField(QStringLiteral("des_num_doc")),
+                           Qt::AscendingOrder);
+    QCOMPARE(order(), QStringLiteral("21435"));
+    // The texts shown keep their display form.
+    QCOMPARE(view.model()->index(2, due).data().toString(), QStringLiteral("02/11/2026"));
+}
+
+void TestRowList::residualAmountLimits()
+{
+    test::ScriptedPrompter prompter;
+    distinta::Distinta d = distintaOf({row(1, QStringLiteral("val_imp_pag_val=29.5")),
+                                       row(2, QStringLiteral("val_cambio=2;val_imp_dapag_val=100")),
+                                       row(3, QStringLiteral("flg_ind_dist=P"))});
+    d.righe.acceptChanges({1, 2, 3});
+    RowListModel model;
+    model.setSession(&m_inst->erp());
+    model.LV_InizializzaLista(configuredColumns(allColumns()));
+    model.setDistinta(&d);
+    QSignalSpy edited(&model, &RowListModel::rowEdited);
+    const int residuo = model.columnOfField(QStringLiteral("val_imp_residuo_val"));
+
+    // One cent above the amount to pay less the amount paid: refused, the difference quoted.
+    QVERIFY(!model.setData(model.index(0, residuo), QStringLiteral("70,51")));
+    QCOMPARE(prompter.texts(), QStringList{QStringLiteral(
+                                   "L'importo residuo non può superare la differenza tra importo "
+                                   "da pagare e quello già pagato (70,5).")});
+    QCOMPARE(d.righe.at(0).val_imp_residuo_val, 100.0);
+    QVERIFY(!d.righe.hasChanges());
+    QCOMPARE(edited.count(), 0);
+    QCOMPARE(model.index(0, residuo).data().toString(), QStringLiteral("100,00"));
+
+    // The difference itself is accepted and marks a partial payment.
+    QVERIFY(model.setData(model.index(0, residuo), QStringLiteral("70,50")));
+    const Riga &first = d.righe.at(0);
+    QCOMPARE(first.val_imp_residuo_val, 70.5);
+    QCOMPARE(first.val_imp_residuo_eur, 70.5);
+    QCOMPARE(first.val_imp_indist_val, std::optional<double>(70.5));
+    QCOMPARE(first.val_imp_indist_eur, std::optional<double>(70.5));
+    QCOMPARE(first.flg_ind_dist, QStringLiteral("P"));
+    QCOMPARE(edited.count(), 1);
+    QVERIFY(d.righe.hasChanges());
+    QCOMPARE(
+        model.index(0, model.columnOfField(QStringLiteral("val_imp_indist_val"))).data().toString(),
+        QStringLiteral("70,50"));
+
+    // Euro amounts through the rate, a half going to the even cent.
+    QVERIFY(model.setData(model.index(1, residuo), QStringLiteral("0,05")));
+    QCOMPARE(d.righe.at(1).val_imp_residuo_eur, 0.02);
+    QVERIFY(model.setData(model.index(1, residuo), QStringLiteral("0,07")));
+    QCOMPARE(d.righe.at(1).val_imp_indist_eur, std::optional<double>(0.04));
+    // The full amount to pay leaves the mark as it was: none, or "P".
+    QVERIFY(model.setData(model.index(1, residuo), QStringLiteral("100")));
+    QCOMPARE(d.righe.at(1).flg_ind_dist, QStringLiteral("P"));
+    Riga &fresh = d.righe.edit(1);
+    fresh.flg_ind_dist.clear();
+    QVERIFY(model.setData(model.index(1, residuo), QStringLiteral("100")));
+    QCOMPARE(d.righe.at(1).flg_ind_dist, QString());
+    QVERIFY(model.setData(model.index(2, residuo), QStringLiteral("100,00")));
+    QCOMPARE(d.righe.at(2).flg_ind_dist, QStringLiteral("P"));
+    // Text that is not a number changes nothing.
+    QVERIFY(!model.setData(model.index(2, residuo), QStringLiteral("dieci")));
+    QCOMPARE(prompter.texts().size(), 1);
+}
+
+void TestRowList::clickRules_data()
+{
+    QTest::addColumn<QString>("type");
+    QTest::addColumn<QString>("suiteState"); // "" when the suite has no such due item
+    QTest::addColumn<bool>("newDistinta");
+    QTest::addColumn<QString>("distintaState");
+    QTest::addColumn<QString>("field");
+    QTest::addColumn<bool>("editable");
+    QTest::addColumn<QString>("message");
+    QTest::addColumn<QString>("status");
+
+    const QString residuo = QStringLiteral("val_imp_residuo_val");
+    const QString descr = QStringLiteral("des_scadenza");
+    const QString partial =
+        QStringLiteral("Il tipo di pagamento della scadenza non permette importi parziali.");
+    const QString amountHint = RowListRules::ResiduoHint;
+    const QString descrHint = RowListRules::DescrizioneHint;
+
+    QTest::newRow("free credit transfer")
+        << "6"
+        << "0" << false << "P" << residuo << true << "" << amountHint;
+    QTest::newRow("item unknown to the suite")
+        << "6"
+        << "" << false << "P" << residuo << true << "" << amountHint;
+    QTest::newRow("ricevuta bancaria amount")
+        << "1"
+        << "0" << false << "P" << residuo << false << partial << "";
+    QTest::newRow("ricevuta bancaria description")
+        << "1"
+        << "0" << false << "P" << descr << true << "" << descrHint;
+    QTest::newRow("tratta amount") << "0"
+                                   << "0" << false << "P" << residuo << false << partial << "";
+    QTest::newRow("avviso amount") << "2"
+                                   << "0" << false << "P" << residuo << false << partial << "";
+    QTest::newRow("RID amount") << "9"
+                                << "0" << false << "P" << residuo << false << partial << "";
+    QTest::newRow("paid wholly")
+        << "6"
+        << "5" << false << "P" << residuo << false
+        << "Scadenza pagata totalmente. Se si desidera pagarla parzialmente è "
+           "necessario cancellarla e reinserirla."
+        << amountHint;
+    QTest::newRow("paid wholly, description")
+        << "6"
+        << "5" << false << "P" << descr << true << "" << descrHint;
+    QTest::newRow("in more distinte")
+        << "6"
+        << "4" << false << "P" << residuo << false << TwoLines << amountHint;
+    QTest::newRow("partly elsewhere, new distinta")
+        << "6"
+        << "3" << true << "P" << residuo << false << TwoLines << amountHint;
+    QTest::newRow("partly, saved distinta")
+        << "6"
+        << "3" << false << "P" << residuo << true << "" << amountHint;
+    QTest::newRow("printed in final form")
+        << "6"
+        << "0" << false << "D" << descr << false
+        << "Distinta già stampata in definitivo. Impossibile modificare."
+        << "";
+    QTest::newRow("presented to the bank")
+        << "6"
+        << "0" << false << "F" << residuo << true << "" << amountHint;
+    QTest::newRow("other column") << "6"
+                                  << "0" << false << "P"
+                                  << "cod_clifor" << false << ""
+                                  << "";
+}
+
+void TestRowList::clickRules()
+{
+    QFETCH(QString, type);
+    QFETCH(QString, suiteState);
+    QFETCH(bool, newDistinta);
+    QFETCH(QString, distintaState);
+    QFETCH(QString, field);
+    QFETCH(bool, editable);
+    QFETCH(QString, message);
+    QFETCH(QString, status);
+
+    distinta::programValues().nuovaDistinta = newDistinta;
+    test::ScriptedPrompter prompter;
+    const int n = suiteState.isEmpty() ? 199 : 100 + suiteState.toInt();
+    distinta::Distinta d =
+        distintaOf({row(n, QStringLiteral("cod_tipo_pag=") + type)}, distintaState);
+    RowListRules rules(&m_inst->erp());
+    rules.setDistinta(&d);
+    QString hint;
+    QCOMPARE(rules.ItemClick(d.righe.at(0).key(), field, &hint), editable);
+    QCOMPARE(prompter.texts(), message.isEmpty() ? QStringList() : QStringList{message});
+    QCOMPARE(hint, status);
+    if (field == u"des_scadenza" && editable) {
+        QVERIFY(rules.changeComplete(d.righe.at(0).key(), field, QStringLiteral("Acconto marzo")));
+        QCOMPARE(d.righe.at(0).des_scadenza, QStringLiteral("Acconto marzo"));
+    }
+}
+
+void TestRowList::editingInTheView()
+{
+    test::ScriptedPrompter prompter;
+    distinta::Distinta d = distintaOf({row(1, QStringLiteral("cod_tipo_pag=1")), row(2)});
+    RowListView view;
+    view.setSession(&m_inst->erp());
+    view.LV_InizializzaLista(UserSettings());
+    view.setDistinta(&d);
+    view.resize(900, 300);
+    view.show();
+    QVERIFY(QTest::qWaitForWindowExposed(&view));
+    QSignalSpy hints(&view, &RowListView::statusHint);
+    QSignalSpy edited(&view, &RowListView::rowEdited);
+    const int residuo = view.rowModel()->columnOfField(QStringLiteral("val_imp_residuo_val"));
+
+    QTest::ignoreMessage(QtWarningMsg, "edit: editing failed");
+    view.edit(view.model()->index(0, residuo));
+    QVERIFY(!view.findChild<QLineEdit *>());
+    QCOMPARE(prompter.texts(),
+             QStringList{QStringLiteral(
+                 "Il tipo di pagamento della scadenza non permette importi parziali.")});
+
+    const QModelIndex cell = view.model()->index(1, residuo);
+    view.setCurrentIndex(cell);
+    QTest::keyClick(&view, Qt::Key_F2);
+    QCOMPARE(hints.count(), 1);
+    QCOMPARE(hints.first().first().toString(), RowListRules::ResiduoHint);
+    auto *editor = view.findChild<QLineEdit *>();
+    QVERIFY(editor);
+    QCOMPARE(editor->text(), QStringLiteral("100,00"));
+    // The amount box takes a number with two decimals and nothing else.
+    editor->selectAll();
+    QTest::keyClicks(editor, QStringLiteral("8x7,255"));
+    QCOMPARE(editor->text(), QStringLiteral("87,25"));
+    QTest::keyClick(editor, Qt::Key_Return);
+    // The editor commits on its next turn of the event loop, the model takes it on the one after.
+    QCoreApplication::processEvents();
+    QCoreApplication::processEvents();
+    QCOMPARE(d.righe.at(1).val_imp_residuo_val, 87.25);
+    QCOMPARE(cell.data().toString(), QStringLiteral("87,25"));
+    QCOMPARE(edited.count(), 1);
+    QCOMPARE(prompter.texts().size(), 1);
+}
+
+void TestRowList::selectionAndMenu()
+{
+    distinta::Distinta d = distintaOf({row(3), row(1), row(2)});
+    RowListView view;
+    view.setSession(&m_inst->erp());
+    view.LV_InizializzaLista(UserSettings());
+    view.setDistinta(&d);
+    view.sortByColumn(view.rowModel()->columnOfField(QStringLiteral("des_num_doc")),
+                      Qt::AscendingOrder);
+
+    QStringList texts;
+    QAction *selectAll = nullptr;
+    QAction *options = nullptr;
+    QAction *payAll = nullptr;
+    for (QAction *a : view.mnuLista()->actions()) {
+        if (a->isSeparator())
+            continue;
+        texts << a->text();
+        if (a->objectName() == u"mnuSelTutto")
+            selectAll = a;
+        if (a->objectName() == u"mnuLisOpz")
+            options = a;
+        if (a->objectName() == u"mnuPagTut")
+            payAll = a;
+    }
+    QCOMPARE(texts,
+             (QStringList{QStringLiteral("&Paga Tutto"), QStringLiteral("&Seleziona Tutto"),
+                          QStringLiteral("&Annulla Selezione"), QStringLiteral("&Opzioni Lista")}));
+    QVERIFY(selectAll && options && payAll);
+
+    payAll->trigger();
+    QVERIFY(view.selectedRowKeys().isEmpty());
+    selectAll->trigger();
+    // Keys in the order the list shows the lines.
+    QCOMPARE(view.selectedRowKeys(),
+             (QStringList{QStringLiteral("P") + link(1), QStringLiteral("P") + link(2),
+                          QStringLiteral("P") + link(3)}));
+    view.lvwSelectRow(false);
+    QVERIFY(view.selectedRowKeys().isEmpty());
+    view.setCurrentIndex(view.model()->index(2, 1));
+    QCOMPARE(view.currentRowKey(), QStringLiteral("P") + link(3));
+    QSignalSpy optionsRequested(&view, &RowListView::optionsRequested);
+    options->trigger();
+    QCOMPARE(optionsRequested.count(), 1);
+}
+
+void TestRowList::removingSelectedRowsAndTotals()
+{
+    test::ScriptedPrompter prompter;
+    TestInstallation withDatabase;
+    QVERIFY(withDatabase.isValid());
+    distinta::DistinteStore store(&withDatabase.erp());
+    store.setPStrFilespec(withDatabase.databasePath());
+    store.setPStrConn(distinta::DistinteStore::connectionStringFor(withDatabase.databasePath()));
+    RowListView list;
+    ListOnlyView view(list);
+    DistintaEditor editor(store, &withDatabase.erp(), view);
+    distinta::Distinta &d = editor.distinta();
+    d = distintaOf({row(1, QStringLiteral("val_imp_indist_val=10.10")),
+                    row(2, QStringLiteral("val_imp_indist_val=20.20")),
+                    row(3, QStringLiteral("val_imp_indist_val=30.30")),
+                    row(4, QStringLiteral("val_imp_indist_val=null"))});
+    list.setSession(&withDatabase.erp());
+    list.LV_InizializzaLista(UserSettings());
+    list.setDistinta(&d);
+    editor.CalcolaTotali();
+    QCOMPARE(d.header().val_importo_totale, 60.6);
+    QCOMPARE(d.header().num_numero_disp, 4);
+
+    // Nothing selected: nothing removed.
+    editor.cmdElRiga_Click();
+    QCOMPARE(d.righe.size(), 4);
+    QVERIFY(store.righeDaCanc().size() <= 1);
+
+    list.sortByColumn(list.rowModel()->columnOfField(QStringLiteral("des_num_doc")),
+                      Qt::DescendingOrder);
+    list.selectionModel()->select(list.model()->index(0, 1),
+                                  QItemSelectionModel::Select | QItemSelectionModel::Rows);
+    list.selectionModel()->select(list.model()->index(2, 1),
+                                  QItemSelectionModel::Select | QItemSelectionModel::Rows);
+    editor.cmdElRiga_Click();
+    QCOMPARE(d.righe.size(), 2);
+    QCOMPARE(store.righeDaCanc().mid(store.righeDaCanc().size() - 2),
+             (QStringList{QStringLiteral("P") + link(4), QStringLiteral("P") + link(2)}));
+    QCOMPARE(list.listRowCount(), 2);
+    QCOMPARE(d.header().val_importo_totale, 40.4);
+    QCOMPARE(d.header().num_numero_disp, 2);
+    QVERIFY(prompter.shown().isEmpty());
+}
+
+QTEST_MAIN(TestRowList)
+#include "tst_rowlist.moc"
