@@ -12,6 +12,7 @@
 #include <algorithm>
 #include <cmath>
 #include <cstring>
+#include <iterator>
 
 namespace pg::archives {
 
@@ -601,11 +602,15 @@ bool DemoGenerator::emitDueItems(const Sink &sink)
         }
         const double rate = currencies[currency].rate;
         const qint64 unit = currencies[currency].decimals == 0 ? 100 : 1;
-        // Amounts spread from a few tens to tens of thousands, rounded to the currency.
-        const double magnitude = 30.0 * std::pow(800.0, m_rng.generateDouble());
-        qint64 totalCents = qint64(magnitude * 100) / unit * unit;
-        if (totalCents < unit)
-            totalCents = unit;
+        // Amounts worth from a few tens to tens of thousands of euro (as many between 30 and
+        // 120 as between 6000 and 24000), in the currency at its rate and rounded to its
+        // decimals; no transcendental functions, so that a seed gives the same amounts on
+        // every platform.
+        static constexpr qint64 Bands[] = {3000, 12000, 48000, 190000, 760000, 2400000};
+        const int band = bounded(int(std::size(Bands)) - 1);
+        const qint64 euroCents =
+            Bands[band] + qint64(m_rng.bounded(quint32(Bands[band + 1] - Bands[band])));
+        const qint64 totalCents = qMax(unit, std::llround(double(euroCents) * rate) / unit * unit);
 
         const qint64 docNumber = supplier ? 1 + bounded(9999) : ++salesNumber;
         const QByteArray series =
@@ -694,7 +699,7 @@ bool DemoGenerator::emitDueItems(const Sink &sink)
                 }
                 put(fMarkDist, "B");
                 put(fMarkPres, "B");
-                put(fDataDist, date(m_today.addDays(-1 - bounded(20))));
+                put(fDataDist, date(qMax(docDate, m_today.addDays(-1 - bounded(20)))));
                 put(fAbiPres, bank.abi);
                 put(fCabPres, bank.cab);
             } else {
