@@ -2,6 +2,7 @@
 
 #include "cmdcbi.h"
 #include "cmdcheck.h"
+#include "cmdnew.h"
 #include "commands.h"
 
 namespace pg::cli {
@@ -21,6 +22,14 @@ const QList<Command> &commandTable()
                         "chiave (1 se non indicata); load carica i record di un file di testo\n"
                         "(tutti o nessuno)"),
          true, runArchive},
+        {QStringLiteral("new"),
+         QStringLiteral("--bank ABI/CAB [OPZIONI DI SELEZIONE] [--customers]"),
+         QStringLiteral("crea e salva una distinta con le scadenze scelte come nella finestra di\n"
+                        "selezione e ne scrive il numero; opzioni: --due-from e --due-to GG/MM/AAAA,\n"
+                        "--account-from e --account-to CODICE, --type 0-9, --min e --max IMPORTO,\n"
+                        "--currency CODICE, --account-bank ABI/CAB, --date e --value-date\n"
+                        "GG/MM/AAAA; --customers per una distinta clienti"),
+         true, runNew},
         {QStringLiteral("cbi"), QStringLiteral("N [--out FILE]"),
          QStringLiteral("scrive il file CBI dei bonifici della distinta N (nel file proposto,\n"
                         "D_STM/CBI_N.txt, o in FILE) e la segna presentata in banca"),
