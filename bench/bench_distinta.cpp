@@ -1,0 +1,182 @@
+// Saving and reading back a distinta of many rows, each beside the limit of the same machine
+// in the same run:
+//   save   - a new distinta of N rows: grouping, one local transaction, N rewrites of due
+//            items; limit: a plain insert of the same rows in one transaction plus a plain
+//            read-and-rewrite of the same records through the record manager.
+//   read   - Leggi of that distinta; limit: a plain select of the same rows.
+//
+//   bench_distinta [--rows N] [--runs R]
+//
+// Prints one line a measure: name, size, median milliseconds, limit milliseconds, ratio.
+
+#include "testinstallation.h"
+
+#include "archives/archivenumbers.h"
+#include "distinta/distintestore.h"
+#include "distinta/tablesql.h"
+#include "localdb/databaseconnection.h"
+
+#include <QCoreApplication>
+#include <QElapsedTimer>
+#include <QSqlQuery>
+
+#include <algorithm>
+#include <cstdio>
+#include <functional>
+
+using namespace pg;
+using namespace pg::distinta;
+
+namespace {
+
+QString linkOf(int n)
+{
+    return QStringLiteral("B%1").arg(n, 12, 10, QLatin1Char('0'));
+}
+
+Riga rowFor(int n)
+{
+    Riga r;
+    r.flg_flag_colpar = QStringLiteral("F");
+    r.des_link_orvida = linkOf(n);
+    r.des_num_doc = QString::number(n % 999999).rightJustified(6, u'0');
+    r.des_serie_doc = QStringLiteral(" ");
+    r.dat_data_doc = QStringLiteral("20261015");
+    r.dat_data_scad = QStringLiteral("20261130");
+    r.cod_tipo_pag = QStringLiteral("6");
+    r.flg_ind_clifor = QStringLiteral("F");
+    r.cod_clifor = QString::number(200000 + n % 500);
+    r.cod_banca_cli = QStringLiteral("03069");
+    r.cod_agenzia_cli = QString::number(1000 + n % 3).rightJustified(5, u'0');
+    r.des_num_cc = QStringLiteral("000012345678");
+    r.cod_valuta = QStringLiteral("EU");
+    r.val_cambio = 1;
+    r.val_imp_dapag_val = r.val_imp_dapag_eur = 100 + n % 900;
+    r.val_imp_residuo_val = r.val_imp_residuo_eur = r.val_imp_dapag_val;
+    r.val_imp_indist_val = r.val_imp_indist_eur = r.val_imp_dapag_val;
+    r.des_scadenza = QStringLiteral("Vs.Fatt. ") + r.des_num_doc;
+    return r;
+}
+
+double median(QList<double> values)
+{
+    std::sort(values.begin(), values.end());
+    return values.isEmpty() ? 0 : values.at(values.size() / 2);
+}
+
+double timed(const std::function<void()> &work)
+{
+    QElapsedTimer timer;
+    timer.start();
+    work();
+    return timer.nsecsElapsed() / 1e6;
+}
+
+void report(const char *name, int size, double ms, double limit)
+{
+    std::printf("%-10s %8d %10.1f ms %10.1f ms %6.2f\n", name, size, ms, limit, limit > 0 ? ms / limit : 0);
+    std::fflush(stdout);
+}
+
+} // namespace
+
+int main(int argc, char **argv)
+{
+    QCoreApplication app(argc, argv);
+    int rows = 10000;
+    int runs = 5;
+    const QStringList args = app.arguments();
+    for (int i = 1; i + 1 < args.size(); ++i) {
+        if (args.at(i) == u"--rows")
+            rows = args.at(i + 1).toInt();
+        else if (args.at(i) == u"--runs")
+            runs = args.at(i + 1).toInt();
+    }
+
+    test::TestInstallation inst;
+    if (!inst.isValid())
+        return 1;
+    QList<archives::ErpRecord> items;
+    QList<Riga> prepared;
+    for (int n = 1; n <= rows; ++n) {
+        items << test::TestInstallation::dueItem(QStringLiteral("F"), linkOf(n), QStringLiteral("6"),
+                                                 QString::number(200000 + n % 500), 100 + n % 900);
+        prepared << rowFor(n);
+    }
+    if (!inst.put(items))
+        return 1;
+
+    DistinteStore store(&inst.erp());
+    store.setPStrFilespec(inst.databasePath());
+    store.setPStrConn(DistinteStore::connectionStringFor(inst.databasePath()));
+
+    QList<double> save, saveLimit, read, readLimit;
+    for (int run = 0; run < runs; ++run) {
+        Distinta d;
+        store.Nuovo(d);
+        d.editHeader().cod_abi_banca = QStringLiteral("02008");
+        d.editHeader().cod_cab_banca = QStringLiteral("01600");
+        for (Riga r : prepared) {
+            r.cod_distinta = d.header().cod_distinta;
+            d.righe.append(r);
+        }
+        save << timed([&] {
+            if (!store.Salva(d, false, false))
+                std::fprintf(stderr, "save failed\n");
+        });
+        const QString code = d.header().cod_distinta;
+
+        Distinta back;
+        read << timed([&] { store.Leggi(back, code); });
+
+        // The limits: the same rows inserted plainly, the same records read and rewritten.
+        saveLimit << timed([&] {
+            DatabaseConnection conn(inst.databasePath());
+            QSqlQuery q(conn.database());
+            q.exec(QStringLiteral("CREATE TEMP TABLE plain AS SELECT * FROM TB_RIGHE WHERE 0"));
+            conn.database().transaction();
+            q.prepare(QStringLiteral("INSERT INTO plain (") + sql::columnList<Riga>() +
+                      QStringLiteral(") VALUES (") + QString(QStringLiteral("?,")).repeated(int(Riga::columns().size()) - 1) +
+                      QStringLiteral("?)"));
+            // The rows and the grouped rows, as the save writes both.
+            for (const RecordSet<Riga> *set : {&back.righe, &back.righeRagg}) {
+                for (int i = 0; i < set->size(); ++i) {
+                    int c = 0;
+                    for (const auto &column : Riga::columns())
+                        q.bindValue(c++, column.value(set->at(i)));
+                    q.exec();
+                }
+            }
+            conn.database().commit();
+            archives::ErpRecord record(archives::Scadenze);
+            for (int i = 0; i < back.righe.size(); ++i) {
+                record.setText(QStringLiteral("flag_colpar"), back.righe.at(i).flg_flag_colpar);
+                record.setText(QStringLiteral("link"), back.righe.at(i).des_link_orvida);
+                inst.erp().readEq(record, 2);
+                inst.erp().rewrite(record);
+            }
+        });
+        readLimit << timed([&] {
+            DatabaseConnection conn(inst.databasePath());
+            QSqlQuery q(conn.database());
+            q.setForwardOnly(true);
+            const int columns = int(Riga::columns().size());
+            qint64 sink = 0;
+            // The rows and the grouped rows, as Leggi reads both.
+            for (const char *table : {"TB_RIGHE", "TB_RIGHE_RAGG"}) {
+                q.prepare(QStringLiteral("SELECT * FROM %1 WHERE cod_distinta = ?").arg(QLatin1String(table)));
+                q.addBindValue(code);
+                q.exec();
+                while (q.next())
+                    for (int c = 0; c < columns; ++c)
+                        sink += q.value(c).isNull() ? 0 : 1;
+            }
+            if (sink < 0)
+                std::printf("?");
+        });
+        store.Cancella(d);
+    }
+    report("save", rows, median(save), median(saveLimit));
+    report("read", rows, median(read), median(readLimit));
+    return 0;
+}
