@@ -3,6 +3,7 @@
 #include "cmdcbi.h"
 #include "cmdcheck.h"
 #include "cmdnew.h"
+#include "cmdprint.h"
 #include "commands.h"
 
 namespace pg::cli {
@@ -38,6 +39,14 @@ const QList<Command> &commandTable()
          QStringLiteral("controlla la completezza dei dati bancari della distinta N, scrive il\n"
                         "rapporto controllo.txt e ne stampa il percorso; esce con 1 se ci sono errori"),
          true, runCheck},
+        {QStringLiteral("print"),
+         QStringLiteral("N --pdf FILE [--final] [--grouped] [--totals] [--date GG/MM/AAAA] "
+                        "[--template NOME]"),
+         QStringLiteral("stampa la distinta N nel file PDF FILE come la finestra di stampa: di\n"
+                        "prova, o definitiva con --final (la distinta passa a \"D\"); --grouped\n"
+                        "scadenze raggruppate, --totals riga dei totali, --date data di\n"
+                        "presentazione, --template un modello diverso da \"Distinta\""),
+         true, runPrint},
     };
     return table;
 }

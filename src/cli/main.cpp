@@ -1,14 +1,18 @@
 // pagamenti-cli: the command line of Pagamenti for administrators and scripted payment runs.
 #include "cli/cliapplication.h"
 
-#include <QCoreApplication>
+#include <QGuiApplication>
 #include <QTextStream>
 
 #include <cstdio>
 
 int main(int argc, char *argv[])
 {
-    QCoreApplication app(argc, argv);
+    // The print lays out text and writes PDF files, which needs the GUI library but never a
+    // display.
+    if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM"))
+        qputenv("QT_QPA_PLATFORM", "offscreen");
+    QGuiApplication app(argc, argv);
     QCoreApplication::setApplicationName(QStringLiteral("Pagamenti"));
     QTextStream out(stdout);
     QTextStream err(stderr);

@@ -1,5 +1,7 @@
 #include "maskeddateedit.h"
 
+#include "codelineedit.h"
+
 #include "core/vbdate.h"
 
 #include <QKeyEvent>
@@ -52,24 +54,9 @@ void MaskedDateEdit::typeToday()
     setDate(dates::today());
 }
 
-bool MaskedDateEdit::changesText(QKeyEvent *event) const
-{
-    if (event->matches(QKeySequence::Paste) || event->matches(QKeySequence::Cut) ||
-        event->matches(QKeySequence::Undo) || event->matches(QKeySequence::Redo) ||
-        event->matches(QKeySequence::DeleteEndOfWord) ||
-        event->matches(QKeySequence::DeleteStartOfWord))
-        return true;
-    if (event->key() == Qt::Key_Backspace || event->key() == Qt::Key_Delete)
-        return true;
-    if (event->modifiers() & (Qt::ControlModifier | Qt::AltModifier | Qt::MetaModifier))
-        return false;
-    const QString text = event->text();
-    return !text.isEmpty() && text.at(0).isPrint();
-}
-
 void MaskedDateEdit::keyPressEvent(QKeyEvent *event)
 {
-    if (!changesText(event) || isReadOnly()) {
+    if (!keyChangesText(event) || isReadOnly()) {
         QLineEdit::keyPressEvent(event);
         return;
     }

@@ -56,7 +56,6 @@ protected:
     void focusOutEvent(QFocusEvent *event) override;
 
 private:
-    bool changesText(QKeyEvent *event) const;
     void keepFocus(bool selected);
 
     std::function<bool()> m_keyGuard;
