@@ -1,0 +1,795 @@
+#include "mainwindow.h"
+
+#include "listcolumns.h"
+
+#include "archives/lookupservice.h"
+#include "core/prompter.h"
+#include "core/vbdate.h"
+#include "lists/distintelistdialog.h"
+#include "lists/optionsdialog.h"
+#include "lists/usersettings.h"
+#include "startup/errortrap.h"
+#include "ui/codelineedit.h"
+#include "ui/icons.h"
+#include "ui/lookupdialog.h"
+#include "ui/maskeddateedit.h"
+
+#include <QCheckBox>
+#include <QCloseEvent>
+#include <QCoreApplication>
+#include <QDesktopServices>
+#include <QDir>
+#include <QFileInfo>
+#include <QGridLayout>
+#include <QGroupBox>
+#include <QHBoxLayout>
+#include <QLabel>
+#include <QMenu>
+#include <QMessageBox>
+#include <QStatusBar>
+#include <QToolButton>
+#include <QUrl>
+#include <QVBoxLayout>
+
+namespace pg::editor {
+
+namespace {
+
+QString location(const char *procedure)
+{
+    return QStringLiteral("frmMain!Sub ") + QString::fromLatin1(procedure) + QStringLiteral("()");
+}
+
+// The width of a header field for the given number of characters.
+int widthFor(const QWidget *w, int characters)
+{
+    return w->fontMetrics().horizontalAdvance(QString(characters, u'0')) + 14;
+}
+
+// A label of a picture that reports double clicks.
+class PictureLabel : public QLabel
+{
+public:
+    using QLabel::QLabel;
+    std::function<void()> onDoubleClick;
+
+protected:
+    void mouseDoubleClickEvent(QMouseEvent *event) override
+    {
+        QLabel::mouseDoubleClickEvent(event);
+        if (onDoubleClick)
+            onDoubleClick();
+    }
+};
+
+} // namespace
+
+MainWindow::MainWindow(MainWindowLoad &load, QWidget *parent) : QMainWindow(parent), m_load(&load)
+{
+    setObjectName(QStringLiteral("frmMain"));
+    setWindowTitle(QStringLiteral("Pagamenti"));
+    setWindowIcon(ui::icon(QStringLiteral("programma")));
+
+    auto *central = new QWidget(this);
+    auto *layout = new QVBoxLayout(central);
+
+    // The management buttons and the program's own commands.
+    auto *top = new QHBoxLayout;
+    const QStringList icons{QStringLiteral("nuova"),      QStringLiteral("apri"),
+                            QStringLiteral("salva"),      QStringLiteral("elimina"),
+                            QStringLiteral("successiva"), QStringLiteral("precedente")};
+    const QStringList tips{
+        QStringLiteral("Nuova distinta"),      QStringLiteral("Apri distinta"),
+        QStringLiteral("Salva distinta"),      QStringLiteral("Elimina distinta"),
+        QStringLiteral("Distinta successiva"), QStringLiteral("Distinta precedente")};
+    for (int i = 0; i < DistintaEditor::ButtonCount; ++i) {
+        auto *button = new QToolButton(central);
+        button->setObjectName(QStringLiteral("btnGestione%1").arg(i));
+        button->setToolTip(tips.at(i));
+        button->setStatusTip(tips.at(i));
+        button->setIcon(ui::toolbarImage(i + 7));
+        button->setIconSize(QSize(32, 32));
+        button->setAutoRaise(true);
+        button->setEnabled(false);
+        connect(button, &QToolButton::clicked, this, [this, i] { btnGestione_Click(i); });
+        m_btnGestione[i] = button;
+        top->addWidget(button);
+        if (i == DistintaEditor::Elimina)
+            top->addSpacing(12);
+    }
+    top->addStretch(1);
+    auto *options = makeCommand(QStringLiteral("cmdOptions"), QStringLiteral("opzioni"), {},
+                                QStringLiteral("Opzioni"));
+    auto *help = makeCommand(QStringLiteral("cmbHelp"), QStringLiteral("manuale"),
+                             QStringLiteral("Manuale"), QStringLiteral("Manuale"));
+    auto *info = makeCommand(QStringLiteral("cmdInfo"), QStringLiteral("info"), {},
+                             QStringLiteral("Informazioni su..."));
+    auto *exit = makeCommand(QStringLiteral("cmdUscita"), QStringLiteral("uscita"), {},
+                             QStringLiteral("Uscita da Pagamenti"));
+    for (QToolButton *b : {options, help, info, exit})
+        top->addWidget(b);
+    layout->addLayout(top);
+
+    // The distinta header.
+    auto *header = new QGroupBox(QStringLiteral("Distinta"), central);
+    auto *grid = new QGridLayout(header);
+    buildHeader(header, grid);
+    layout->addWidget(header);
+
+    // The row list and the commands on its rows.
+    auto *middle = new QHBoxLayout;
+    m_listArea = new QFrame(central);
+    m_listArea->setObjectName(QStringLiteral("lvwScadenzeArea"));
+    m_listArea->setFrameShape(QFrame::StyledPanel);
+    m_listArea->setMinimumSize(520, 240);
+    m_listArea->setContextMenuPolicy(Qt::CustomContextMenu);
+    auto *listLayout = new QVBoxLayout(m_listArea);
+    m_listSummary = new QLabel(m_listArea);
+    m_listSummary->setAlignment(Qt::AlignCenter);
+    listLayout->addWidget(m_listSummary);
+    middle->addWidget(m_listArea, 1);
+
+    auto *rows = new QVBoxLayout;
+    auto *aggiungi =
+        makeCommand(QStringLiteral("cmdAggiungi"), QStringLiteral("aggiungi"),
+                    QStringLiteral("Aggiungi"), QStringLiteral("Aggiungi nuove scadenze."));
+    aggiungi->setEnabled(false);
+    auto *cancRiga = makeCommand(QStringLiteral("cmdCancRiga"), QStringLiteral("cancriga"),
+                                 QStringLiteral("Canc. Riga"),
+                                 QStringLiteral("Cancella dall'elenco la scadenza selezionata"));
+    auto *zoom =
+        makeCommand(QStringLiteral("cmdZoom"), QStringLiteral("zoom"), QStringLiteral("Zoom Riga"),
+                    QStringLiteral("Visualizza dettaglio della scadenza selezionata"));
+    auto *zoomCli = makeCommand(QStringLiteral("cmdZoomCli"), QStringLiteral("zoomcli"),
+                                QStringLiteral("Zoom For."),
+                                QStringLiteral("Visualizza dettaglio della scadenza selezionata"));
+    auto *stampa = makeCommand(QStringLiteral("cmdStSolle"), QStringLiteral("stampa"),
+                               QStringLiteral("Stampa"), QStringLiteral("Stampa distinta"));
+    auto *creaFile =
+        makeCommand(QStringLiteral("cmdCreaFile"), QStringLiteral("filebonifici"),
+                    QStringLiteral("File Bonifici"), QStringLiteral("Creazione file bonifici"));
+    auto *controllo =
+        makeCommand(QStringLiteral("chkDatiBanca"), QStringLiteral("controllo"),
+                    QStringLiteral("Controllo"), QStringLiteral("Controllo completezza distinta"));
+    auto *listaCampi =
+        makeCommand(QStringLiteral("cmdListaCampi"), QStringLiteral("listacampi"),
+                    QStringLiteral("Variabili"), QStringLiteral("Elenco variabili modelli"));
+    m_chkModello = new QCheckBox(QStringLiteral("Seleziona Modello"), central);
+    m_chkModello->setObjectName(QStringLiteral("chkModello"));
+    m_chkModello->setToolTip(QStringLiteral("Permette di selezionare un modello dalla lista invece "
+                                            "di usare quello predefinito"));
+    for (QToolButton *b : {aggiungi, cancRiga, zoom, zoomCli}) {
+        b->setToolButtonStyle(Qt::ToolButtonTextUnderIcon);
+        rows->addWidget(b);
+    }
+    rows->addSpacing(16);
+    for (QToolButton *b : {stampa, creaFile, controllo, listaCampi}) {
+        b->setToolButtonStyle(Qt::ToolButtonTextUnderIcon);
+        rows->addWidget(b);
+    }
+    rows->addWidget(m_chkModello);
+    rows->addStretch(1);
+    middle->addLayout(rows);
+    layout->addLayout(middle, 1);
+
+    // The printer in use.
+    auto *printer = new QGroupBox(QStringLiteral("Stampante selezionata"), central);
+    auto *printerLayout = new QHBoxLayout(printer);
+    auto *picture = new PictureLabel(printer);
+    picture->setObjectName(QStringLiteral("Picture1"));
+    picture->setPixmap(ui::icon(QStringLiteral("stampante")).pixmap(32, 32));
+    picture->setToolTip(QStringLiteral("Doppio-Click per selezionare un'altra stampante"));
+    picture->onDoubleClick = [this] { cmdScelta_Click(); };
+    m_picture1 = picture;
+    m_lblPrinter = new QLabel(printer);
+    m_lblPrinter->setObjectName(QStringLiteral("lblPrinter"));
+    m_lblPrinter->setToolTip(picture->toolTip());
+    auto *scelta = makeCommand(QStringLiteral("cmdScelta"), QStringLiteral("stampante"), {},
+                               QStringLiteral("Scelta stampante da utilizzare"));
+    printerLayout->addWidget(picture);
+    printerLayout->addWidget(m_lblPrinter, 1);
+    printerLayout->addWidget(scelta);
+    layout->addWidget(printer);
+
+    setCentralWidget(central);
+
+    // The status bar: hints on the left, the company and the day on the right.
+    statusBar()->setObjectName(QStringLiteral("stbStatus"));
+    m_company = new QLabel(this);
+    statusBar()->addPermanentWidget(m_company);
+    statusBar()->addPermanentWidget(new QLabel(dates::toDmy(dates::today()), this));
+
+    // The list's menu.
+    m_mnuLista = new QMenu(QStringLiteral("&Lista"), this);
+    m_mnuLista->setObjectName(QStringLiteral("mnuLista"));
+    auto addItem = [this](const char *name, const QString &text) {
+        QAction *action = m_mnuLista->addAction(text);
+        action->setObjectName(QString::fromLatin1(name));
+        return action;
+    };
+    m_mnuLista->addSeparator()->setObjectName(QStringLiteral("mnuLisSep1"));
+    addItem("mnuPagTut", QStringLiteral("&Paga Tutto"));
+    m_mnuLista->addSeparator()->setObjectName(QStringLiteral("mnuLisSep2"));
+    QAction *selectAll = addItem("mnuSelTutto", QStringLiteral("&Seleziona Tutto"));
+    QAction *clearSelection = addItem("mnuAnnSel", QStringLiteral("&Annulla Selezione"));
+    m_mnuLista->addSeparator()->setObjectName(QStringLiteral("mnuLisSep3"));
+    QAction *listOptions = addItem("mnuLisOpz", QStringLiteral("&Opzioni Lista"));
+    connect(selectAll, &QAction::triggered, this, [this] { lvwSelectRow(true); });
+    connect(clearSelection, &QAction::triggered, this, [this] { lvwSelectRow(false); });
+    connect(listOptions, &QAction::triggered, this, &MainWindow::cmdOptions_Click);
+    connect(m_listArea, &QWidget::customContextMenuRequested, this, [this](const QPoint &at) {
+        underTrap(location("lvwScadenze_MouseDown"),
+                  [&] { m_mnuLista->popup(m_listArea->mapToGlobal(at)); });
+    });
+
+    connect(aggiungi, &QToolButton::clicked, this, &MainWindow::cmdAggiungi_Click);
+    connect(cancRiga, &QToolButton::clicked, this, &MainWindow::cmdCancRiga_Click);
+    connect(zoom, &QToolButton::clicked, this, &MainWindow::cmdZoom_Click);
+    connect(zoomCli, &QToolButton::clicked, this, &MainWindow::cmdZoomCli_Click);
+    connect(stampa, &QToolButton::clicked, this, &MainWindow::cmdStSolle_Click);
+    connect(creaFile, &QToolButton::clicked, this, &MainWindow::cmdCreaFile_Click);
+    connect(controllo, &QToolButton::clicked, this, &MainWindow::chkDatiBanca_Click);
+    connect(listaCampi, &QToolButton::clicked, this, &MainWindow::cmdListaCampi_Click);
+    connect(scelta, &QToolButton::clicked, this, &MainWindow::cmdScelta_Click);
+    connect(options, &QToolButton::clicked, this, &MainWindow::cmdOptions_Click);
+    connect(help, &QToolButton::clicked, this, &MainWindow::cmbHelp_Click);
+    connect(info, &QToolButton::clicked, this, &MainWindow::cmdInfo_Click);
+    connect(exit, &QToolButton::clicked, this, &QWidget::close);
+
+    PulisciMaschera();
+    resize(980, 720);
+}
+
+MainWindow::~MainWindow()
+{
+    Form_Unload();
+}
+
+QToolButton *MainWindow::makeCommand(const QString &name, const QString &icon,
+                                     const QString &caption, const QString &toolTip)
+{
+    auto *button = new QToolButton(this);
+    button->setObjectName(name);
+    button->setIcon(ui::icon(icon));
+    button->setIconSize(QSize(24, 24));
+    button->setAutoRaise(true);
+    button->setToolTip(toolTip);
+    button->setStatusTip(toolTip);
+    if (!caption.isEmpty()) {
+        button->setText(caption);
+        button->setToolButtonStyle(Qt::ToolButtonTextBesideIcon);
+    }
+    button->setMinimumWidth(caption.isEmpty() ? 0 : 96);
+    return button;
+}
+
+void MainWindow::buildHeader(QWidget *parent, QGridLayout *grid)
+{
+    for (int index : DistintaEditor::boundFields()) {
+        auto *field = new ui::CodeLineEdit(parent);
+        field->setObjectName(QStringLiteral("txtTestata%1").arg(index));
+        field->setReadOnly(true);
+        m_txtTestata[index] = field;
+        connect(field, &QLineEdit::textEdited, this, [this, index](const QString &text) {
+            if (m_editor)
+                m_editor->setHeaderText(index, text);
+        });
+        field->setKeyGuard([this] { return m_editor && m_editor->headerKeyPress(); });
+        connect(field, &ui::CodeLineEdit::lookupRequested, this, [this, index] {
+            if (m_editor)
+                m_editor->headerF4(index);
+        });
+        connect(field, &ui::CodeLineEdit::left, this, [this, index] {
+            if (m_editor)
+                m_editor->validateBankField(index);
+        });
+    }
+    auto *tipo = m_txtTestata[DistintaEditor::Tipo];
+    auto *stato = m_txtTestata[DistintaEditor::Stato];
+    tipo->hide();
+    stato->hide();
+
+    m_mskData = new ui::MaskedDateEdit(parent);
+    m_mskData->setObjectName(QStringLiteral("mskData"));
+    m_mskData->setToolTip(QStringLiteral("Data di Creazione della Distinta (d = oggi)"));
+    m_mskDataValuta = new ui::MaskedDateEdit(parent);
+    m_mskDataValuta->setObjectName(QStringLiteral("mskDataValuta"));
+    m_mskDataValuta->setToolTip(QStringLiteral("Data Valuta fissa Beneficiario (d = oggi)"));
+    for (auto [box, kind] :
+         {std::pair{m_mskData, DateBox::Creazione}, std::pair{m_mskDataValuta, DateBox::Valuta}}) {
+        box->setStatusTip(box->toolTip());
+        box->setKeyGuard([this] { return m_editor && m_editor->dateKeyPress(); });
+        box->setLeaveValidator([this, kind](ui::MaskedDateEdit &edit) {
+            if (!m_editor)
+                return ui::MaskedDateEdit::Leave::Accept;
+            switch (m_editor->validateDate(kind, edit.maskedText())) {
+            case DistintaEditor::Leave::KeepFocus:
+                return ui::MaskedDateEdit::Leave::KeepFocus;
+            case DistintaEditor::Leave::KeepFocusSelected:
+                return ui::MaskedDateEdit::Leave::KeepFocusSelected;
+            case DistintaEditor::Leave::Accept:
+                break;
+            }
+            return ui::MaskedDateEdit::Leave::Accept;
+        });
+    }
+
+    m_desTipo = new QLineEdit(parent);
+    m_desTipo->setObjectName(QStringLiteral("txtdesTipo"));
+    m_desStato = new QLineEdit(parent);
+    m_desStato->setObjectName(QStringLiteral("txtdesStato"));
+    for (QLineEdit *display : {m_desTipo, m_desStato}) {
+        display->setReadOnly(true);
+        display->setFocusPolicy(Qt::NoFocus);
+        display->setMaximumWidth(widthFor(display, 11));
+    }
+    m_lblTotale = new QLabel(QStringLiteral("TOT. DISTINTA"), parent);
+    m_lblTotale->setObjectName(QStringLiteral("lblTotale"));
+    QFont bold = m_lblTotale->font();
+    bold.setBold(true);
+    m_lblTotale->setFont(bold);
+
+    auto label = [parent](const QString &text, QWidget *buddy) {
+        auto *l = new QLabel(text, parent);
+        l->setBuddy(buddy);
+        return l;
+    };
+    auto *t = m_txtTestata.data();
+    using E = DistintaEditor;
+    t[E::CodDistinta]->setAlignment(Qt::AlignRight);
+    t[E::CodDistinta]->setFocusPolicy(Qt::NoFocus);
+    t[E::CodDistinta]->setMaximumWidth(widthFor(parent, 7));
+    t[E::AbiBanca]->setToolTip(QStringLiteral("Indicare il codice Banca azienda"));
+    t[E::CabBanca]->setToolTip(QStringLiteral("Indicare il codice Agenzia azienda"));
+    t[E::AbiBanca]->setMaxLength(5);
+    t[E::CabBanca]->setMaxLength(5);
+    for (int i : {int(E::AbiBanca), int(E::CabBanca), int(E::CodiceAbi), int(E::CodiceCab)}) {
+        t[i]->setMaximumWidth(widthFor(parent, 6));
+        t[i]->setStatusTip(t[i]->toolTip().isEmpty()
+                               ? QString()
+                               : t[i]->toolTip() + QStringLiteral(" (F4 = elenco)"));
+    }
+    t[E::CodSia]->setMaxLength(6);
+    t[E::CodSia]->setMaximumWidth(widthFor(parent, 7));
+    t[E::DesBanAzi]->setMaxLength(80);
+    t[E::Riferimenti]->setMaxLength(20);
+    t[E::ContoOrdinante]->setMaxLength(20);
+    t[E::NumeroDisp]->setAlignment(Qt::AlignRight);
+    t[E::NumeroDisp]->setMaximumWidth(widthFor(parent, 6));
+    t[E::ImportoTotale]->setAlignment(Qt::AlignRight);
+    t[E::ImportoTotale]->setFont(bold);
+    t[E::CodValuta]->setMaximumWidth(widthFor(parent, 3));
+    for (int i : {int(E::CodDistinta), int(E::CodiceAbi), int(E::CodiceCab), int(E::NumeroDisp),
+                  int(E::ImportoTotale), int(E::CodValuta), int(E::DesValuta)})
+        t[i]->setFocusPolicy(Qt::NoFocus);
+
+    // Row 0: number, dates, type and state.
+    grid->addWidget(label(QStringLiteral("Distinta N."), t[E::CodDistinta]), 0, 0);
+    grid->addWidget(t[E::CodDistinta], 0, 1);
+    grid->addWidget(label(QStringLiteral("Data distinta"), m_mskData), 0, 2);
+    grid->addWidget(m_mskData, 0, 3);
+    grid->addWidget(label(QStringLiteral("Data Valuta"), m_mskDataValuta), 0, 4);
+    grid->addWidget(m_mskDataValuta, 0, 5);
+    auto *kind = new QHBoxLayout;
+    kind->addWidget(m_desTipo);
+    kind->addWidget(m_desStato);
+    kind->addWidget(tipo);
+    kind->addWidget(stato);
+    kind->addStretch(1);
+    grid->addLayout(kind, 0, 6, 1, 2);
+
+    // Row 1: the company bank of the presentation.
+    grid->addWidget(label(QStringLiteral("Banca/Agenzia"), t[E::AbiBanca]), 1, 0);
+    auto *bank = new QHBoxLayout;
+    bank->addWidget(t[E::AbiBanca]);
+    bank->addWidget(t[E::CabBanca]);
+    grid->addLayout(bank, 1, 1);
+    grid->addWidget(label(QStringLiteral("Descrizione Banca/Agenzia"), t[E::DesBanAzi]), 1, 2);
+    grid->addWidget(t[E::DesBanAzi], 1, 3, 1, 3);
+    grid->addWidget(label(QStringLiteral("ABI/CAB"), t[E::CodiceAbi]), 1, 6);
+    auto *abiCab = new QHBoxLayout;
+    abiCab->addWidget(t[E::CodiceAbi]);
+    abiCab->addWidget(t[E::CodiceCab]);
+    abiCab->addStretch(1);
+    grid->addLayout(abiCab, 1, 7);
+
+    // Row 2: the ordering data.
+    grid->addWidget(label(QStringLiteral("Codice SIA:"), t[E::CodSia]), 2, 0);
+    grid->addWidget(t[E::CodSia], 2, 1);
+    grid->addWidget(label(QStringLiteral("Conto Ordinante"), t[E::ContoOrdinante]), 2, 2);
+    grid->addWidget(t[E::ContoOrdinante], 2, 3);
+    grid->addWidget(label(QStringLiteral("Riferimenti Mittente"), t[E::Riferimenti]), 2, 4);
+    grid->addWidget(t[E::Riferimenti], 2, 5);
+
+    // Row 3: currency, dispositions and total.
+    grid->addWidget(label(QStringLiteral("Valuta"), t[E::CodValuta]), 3, 0);
+    auto *currency = new QHBoxLayout;
+    currency->addWidget(t[E::CodValuta]);
+    currency->addWidget(t[E::DesValuta]);
+    grid->addLayout(currency, 3, 1, 1, 3);
+    grid->addWidget(label(QStringLiteral("N. Disp."), t[E::NumeroDisp]), 3, 4);
+    grid->addWidget(t[E::NumeroDisp], 3, 5);
+    grid->addWidget(m_lblTotale, 3, 6, Qt::AlignRight);
+    grid->addWidget(t[E::ImportoTotale], 3, 7);
+    grid->setColumnStretch(3, 2);
+    grid->setColumnStretch(7, 1);
+
+    setTabOrder(m_mskData, m_mskDataValuta);
+    setTabOrder(m_mskDataValuta, t[E::AbiBanca]);
+    setTabOrder(t[E::AbiBanca], t[E::CabBanca]);
+    setTabOrder(t[E::CabBanca], t[E::DesBanAzi]);
+    setTabOrder(t[E::DesBanAzi], t[E::CodSia]);
+    setTabOrder(t[E::CodSia], t[E::ContoOrdinante]);
+    setTabOrder(t[E::ContoOrdinante], t[E::Riferimenti]);
+}
+
+QLineEdit *MainWindow::txtTestata(int index) const
+{
+    return index >= 0 && index < int(m_txtTestata.size()) ? m_txtTestata.at(index) : nullptr;
+}
+
+QToolButton *MainWindow::command(const QString &objectName) const
+{
+    return findChild<QToolButton *>(objectName);
+}
+
+MainWindowLoad::Outcome MainWindow::Form_Load()
+{
+    // Any positive number that names the window will do as the session's handle.
+    qint32 handle = qint32(quint64(winId()) & 0x7fffffff);
+    if (handle == 0)
+        handle = 1;
+    const MainWindowLoad::Outcome outcome = m_load->Load(handle);
+    if (outcome != MainWindowLoad::Outcome::Ready)
+        return outcome;
+    m_company->setText(m_load->company().ragsoc.trimmed());
+    showPrinter();
+    m_editor = std::make_unique<DistintaEditor>(*m_load->store(), m_load->erp(), *this);
+    m_load->store()->setFocusRequestHandler([this](distinta::HeaderField field) {
+        focusHeaderField(field == distinta::HeaderField::BancaPresentazione
+                             ? DistintaEditor::AbiBanca
+                             : DistintaEditor::CabBanca);
+    });
+    m_editor->SetBtnGestione(QStringLiteral("YYNNYY"));
+    return outcome;
+}
+
+void MainWindow::Form_Unload()
+{
+    if (m_unloaded)
+        return;
+    m_unloaded = true;
+    m_editor.reset();
+    if (m_load->isLoaded())
+        m_load->Unload();
+}
+
+void MainWindow::closeEvent(QCloseEvent *event)
+{
+    bool allowed = true;
+    underTrap(location("Form_QueryUnload"), [&] {
+        if (m_editor && (!leaveCurrentField() || !m_editor->Form_QueryUnload()))
+            allowed = false;
+    });
+    if (!allowed) {
+        event->ignore();
+        return;
+    }
+    event->accept();
+    Form_Unload();
+}
+
+void MainWindow::raiseFromOtherStart()
+{
+    if (isMinimized())
+        showNormal();
+    show();
+    raise();
+    activateWindow();
+}
+
+void MainWindow::showPrinter()
+{
+    const std::optional<PrinterInfo> &printer = currentPrinter();
+    m_lblPrinter->setText(printer ? printer->description()
+                                  : QStringLiteral("Nessuna stampante installata"));
+}
+
+bool MainWindow::leaveCurrentField()
+{
+    QWidget *focus = focusWidget();
+    if (focus == m_mskData || focus == m_mskDataValuta)
+        return static_cast<ui::MaskedDateEdit *>(focus)->validateNow();
+    if (m_editor && (focus == m_txtTestata[DistintaEditor::AbiBanca] ||
+                     focus == m_txtTestata[DistintaEditor::CabBanca]))
+        m_editor->validateBankField(focus == m_txtTestata[DistintaEditor::AbiBanca]
+                                        ? DistintaEditor::AbiBanca
+                                        : DistintaEditor::CabBanca);
+    return true;
+}
+
+void MainWindow::btnGestione_Click(int index)
+{
+    if (!ready() || !leaveCurrentField())
+        return;
+    m_editor->btnGestione_ClickED(index);
+}
+
+void MainWindow::cmdAggiungi_Click()
+{
+    if (ready() && leaveCurrentField())
+        m_editor->cmdAggiungi_Click();
+}
+
+void MainWindow::cmdCancRiga_Click()
+{
+    if (ready())
+        m_editor->cmdElRiga_Click();
+}
+
+void MainWindow::cmdZoom_Click()
+{
+    if (ready())
+        m_editor->cmdZoom_Click();
+}
+
+void MainWindow::cmdZoomCli_Click()
+{
+    if (ready())
+        m_editor->cmdZoomCli_Click();
+}
+
+void MainWindow::cmdStSolle_Click()
+{
+    underTrap(location("cmdStSolle_Click"), [this] {
+        if (ready() && leaveCurrentField() && m_editor->cmdStSolle_Click() && m_hooks.printDistinta)
+            m_hooks.printDistinta(*m_editor, this);
+    });
+}
+
+void MainWindow::cmdCreaFile_Click()
+{
+    underTrap(location("cmdCreaFile_Click"), [this] {
+        if (ready() && leaveCurrentField() && m_editor->hasDistinta() && m_hooks.createBankFile)
+            m_hooks.createBankFile(*m_editor, this);
+    });
+}
+
+void MainWindow::chkDatiBanca_Click()
+{
+    underTrap(location("chkDatiBAnca"), [this] {
+        if (ready() && leaveCurrentField() && m_hooks.completenessCheck)
+            m_hooks.completenessCheck(*m_editor, this);
+    });
+}
+
+void MainWindow::cmdListaCampi_Click()
+{
+    underTrap(location("cmdListaCampi_Click"), [this] {
+        if (m_hooks.templateFields)
+            m_hooks.templateFields(this);
+    });
+}
+
+void MainWindow::cmdScelta_Click()
+{
+    underTrap(location("cmdScelta_Click"), [this] {
+        if (m_hooks.choosePrinter && m_hooks.choosePrinter(this))
+            showPrinter();
+    });
+}
+
+void MainWindow::cmdOptions_Click()
+{
+    underTrap(location("mnuLisOpz_Click"), [this] {
+        QList<lists::ColumnChoice> columns;
+        for (const ListColumn &c : configuredColumns(currentSettings()))
+            columns << lists::ColumnChoice{c.header, c.visible};
+        lists::OptionsDialog dialog(columns, this);
+        dialog.exec();
+    });
+}
+
+void MainWindow::cmbHelp_Click()
+{
+    underTrap(location("cmbHelp_Click"), [this] {
+        const QString manual =
+            QCoreApplication::applicationDirPath() + QStringLiteral("/manual/index.html");
+        if (!QFileInfo::exists(manual)) {
+            msgBox(QStringLiteral("Manuale non trovato: ") + QDir::toNativeSeparators(manual),
+                   Buttons::Ok, Icon::Exclamation);
+            return;
+        }
+        QDesktopServices::openUrl(QUrl::fromLocalFile(manual));
+    });
+}
+
+void MainWindow::cmdInfo_Click()
+{
+    const QString text =
+        QStringLiteral("<h3>Pagamenti</h3>"
+                       "<p>Distinte di pagamento fornitori e file bonifici CBI<br>"
+                       "Modulo della suite [orvida]</p>"
+                       "<p>Versione ") +
+        QStringLiteral(PAGAMENTI_VERSION) + QStringLiteral("<br>Realizzato con Qt ") +
+        QString::fromLatin1(qVersion()) +
+        QStringLiteral("</p><p>Programma concesso in licenza d'uso all'azienda utente della "
+                       "suite, per il solo uso interno. Tutti i diritti riservati.</p>");
+    QMessageBox::about(this, QStringLiteral("Informazioni su Pagamenti"), text);
+}
+
+// The row list ----------------------------------------------------------------------------
+//
+// The list of the distinta's rows (lvwScadenze) fills m_listArea; until it is in place the area
+// says how many due items the distinta holds.
+
+void MainWindow::LoadRows()
+{
+    if (!m_editor || !m_editor->hasDistinta()) {
+        m_listSummary->clear();
+        return;
+    }
+    const int rows = m_editor->distinta().righe.size();
+    m_listSummary->setText(rows == 1 ? QStringLiteral("1 scadenza in distinta")
+                                     : QStringLiteral("%1 scadenze in distinta").arg(rows));
+}
+
+void MainWindow::CalcolaTotali()
+{
+    if (m_editor)
+        m_editor->CalcolaTotali();
+}
+
+void MainWindow::lvwSelectRow(bool) {}
+
+QStringList MainWindow::selectedRowKeys() const
+{
+    return {};
+}
+
+void MainWindow::deselectRows()
+{
+    lvwSelectRow(false);
+}
+
+bool MainWindow::hasListColumn(const QString &header) const
+{
+    for (const ListColumn &c : configuredColumns(currentSettings()))
+        if (c.visible && c.header == header)
+            return true;
+    return false;
+}
+
+int MainWindow::listRowCount() const
+{
+    return m_editor && m_editor->hasDistinta() ? m_editor->distinta().righe.size() : 0;
+}
+
+QString MainWindow::currentRowKey() const
+{
+    return {};
+}
+
+// The selection of due items ---------------------------------------------------------------
+
+std::optional<SelectionResult> MainWindow::showSelectionDialog()
+{
+    if (!m_hooks.selectDueItems)
+        return std::nullopt;
+    return m_hooks.selectDueItems(this);
+}
+
+void MainWindow::addSelectedDueItems(distinta::Distinta &distinta)
+{
+    if (m_hooks.addSelectedDueItems)
+        m_hooks.addSelectedDueItems(distinta);
+}
+
+// DistintaView ------------------------------------------------------------------------------
+
+void MainWindow::setManagementButton(int index, bool enabled)
+{
+    QToolButton *button = m_btnGestione.at(index);
+    button->setEnabled(enabled);
+    button->setIcon(ui::toolbarImage(enabled ? index + 1 : index + 7));
+}
+
+void MainWindow::BindControls()
+{
+    const bool loaded = m_editor && m_editor->hasDistinta();
+    for (int index : DistintaEditor::boundFields()) {
+        ui::CodeLineEdit *field = m_txtTestata[index];
+        field->setText(loaded ? m_editor->headerText(index) : QString());
+        field->setReadOnly(!loaded || !m_editor->isHeaderFieldEditable(index));
+    }
+    if (loaded) {
+        const distinta::Testata &h = m_editor->distinta().header();
+        m_mskData->setDate(h.dat_data_creazione);
+        m_mskDataValuta->setDate(h.dat_data_valuta);
+    } else {
+        m_mskData->clear();
+        m_mskDataValuta->clear();
+    }
+    m_mskData->setReadOnly(!loaded);
+    m_mskDataValuta->setReadOnly(!loaded);
+    m_desTipo->setText(loaded ? m_editor->txtdesTipo() : QString());
+    m_desStato->setText(loaded ? m_editor->txtdesStato() : QString());
+}
+
+void MainWindow::PulisciMaschera()
+{
+    for (int index : DistintaEditor::boundFields())
+        m_txtTestata[index]->clear();
+    m_mskData->clear();
+    m_mskDataValuta->clear();
+    m_desTipo->clear();
+    m_desStato->clear();
+    m_listSummary->clear();
+}
+
+void MainWindow::setAggiungiEnabled(bool enabled)
+{
+    if (QToolButton *aggiungi = command(QStringLiteral("cmdAggiungi")))
+        aggiungi->setEnabled(enabled);
+}
+
+void MainWindow::showTotals()
+{
+    const bool loaded = m_editor && m_editor->hasDistinta();
+    m_txtTestata[DistintaEditor::NumeroDisp]->setText(
+        loaded ? m_editor->headerText(DistintaEditor::NumeroDisp) : QString());
+    m_txtTestata[DistintaEditor::ImportoTotale]->setText(loaded ? m_editor->totaleText()
+                                                                : QString());
+}
+
+QString MainWindow::dateBoxText(DateBox box) const
+{
+    return (box == DateBox::Creazione ? m_mskData : m_mskDataValuta)->maskedText();
+}
+
+void MainWindow::setDateBoxText(DateBox box, const QString &text)
+{
+    (box == DateBox::Creazione ? m_mskData : m_mskDataValuta)->setMaskedText(text);
+}
+
+void MainWindow::focusDateBox(DateBox box, bool selectText)
+{
+    ui::MaskedDateEdit *edit = box == DateBox::Creazione ? m_mskData : m_mskDataValuta;
+    edit->setFocus(Qt::OtherFocusReason);
+    if (selectText)
+        edit->selectAll();
+}
+
+void MainWindow::focusHeaderField(int index)
+{
+    if (QLineEdit *field = txtTestata(index))
+        field->setFocus(Qt::OtherFocusReason);
+}
+
+std::optional<QString> MainWindow::chooseDistinta()
+{
+    return lists::DistinteListDialog::choose(*m_load->store(), this);
+}
+
+QString MainWindow::lookupBanksAndAgencies()
+{
+    if (!m_load->erp())
+        return {};
+    archives::LookupService service(*m_load->erp());
+    return ui::LookupDialog::banksAndAgencies(service, this);
+}
+
+void MainWindow::showDueItemDetail(const archives::ErpRecord &dueItem)
+{
+    if (m_hooks.dueItemDetail)
+        m_hooks.dueItemDetail(dueItem, this);
+}
+
+void MainWindow::showAccountDetail(const QString &code, const QString &caption,
+                                   const QString &frame)
+{
+    if (m_hooks.accountDetail)
+        m_hooks.accountDetail(code, caption, frame, this);
+}
+
+} // namespace pg::editor
