@@ -1,0 +1,55 @@
+#pragma once
+
+#include "startup/companyenvironment.h"
+
+#include <QStringList>
+
+#include <functional>
+
+namespace pg::app {
+
+// The start-up of the program up to its windows, in its fixed order: the command line, the
+// single running copy, the company environment, the program directory, a current company,
+// the local database (found or created), the schema file regenerated inside the development
+// tree, the database version. The first step that fails ends the process.
+class StartupSequence
+{
+public:
+    // The steps that reach outside the program; each starts with the program's own and
+    // tests replace what they script.
+    struct Steps
+    {
+        // True when no other copy of the program runs (this one becomes the running one).
+        std::function<bool()> isOnlyInstance;
+        // Asks the running copy to bring its window to the front.
+        std::function<void()> ActivatePrevInstance;
+        std::function<CompanyEnvironment()> resolveCompanyEnvironment;
+        // The program's own directory, as the system reports it (no closing separator).
+        std::function<QString()> applicationDirPath;
+        std::function<bool(const QString &path)> directoryExists;
+        std::function<bool(const QString &path)> fileExists;
+        std::function<bool(const QString &directory, const QString &fileName)> createDatabase;
+        std::function<void(const QString &directory, const QString &fileName)> generateSchemaFile;
+        std::function<bool(const QString &fileName)> checkDatabaseVersion;
+    };
+
+    // The program's own steps.
+    static Steps programSteps();
+
+    explicit StartupSequence(Steps steps = programSteps());
+
+    // Runs the sequence; returns when the program goes on to its windows, ends the process
+    // (through the prompting seam) otherwise.
+    void run(const QStringList &arguments);
+
+    // The one command line the program accepts: exactly "Pagamenti".
+    static bool isAcceptedCommandLine(const QStringList &arguments);
+    // The directory whose existence says that the program runs in its development tree: the
+    // program's directory immediately followed by "..\..\src", taken as it stands.
+    static QString developmentTreeProbe(const QString &applicationDirPath);
+
+private:
+    Steps m_steps;
+};
+
+} // namespace pg::app
