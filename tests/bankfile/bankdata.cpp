@@ -139,12 +139,12 @@ QList<ErpRecord> suiteRecords()
     return records;
 }
 
-static RowSpec row(const char *link, const char *account, const char *doc, const char *date,
+static RowData row(const char *link, const char *account, const char *doc, const char *date,
                    const QString &bank, const QString &agency, const char *accountNumber,
                    double amount, const QString &description, const char *series = " ",
                    const char *site = "")
 {
-    return RowSpec{QLatin1StringView(link),
+    return RowData{QLatin1StringView(link),
                    QLatin1StringView(account),
                    QLatin1StringView(doc),
                    QLatin1StringView(date),
@@ -157,7 +157,7 @@ static RowSpec row(const char *link, const char *account, const char *doc, const
                    QLatin1StringView(site)};
 }
 
-Riga rigaOf(const RowSpec &s)
+Riga rigaOf(const RowData &s)
 {
     Riga r;
     r.flg_flag_colpar = QStringLiteral("F");
@@ -186,7 +186,7 @@ Riga rigaOf(const RowSpec &s)
 static const QString Intesa = QStringLiteral("03069");
 static const QString Milano = QStringLiteral("09606");
 
-DistintaSpec spec(int number)
+DistintaData distintaData(int number)
 {
     const QString pagamenti = QStringLiteral("PAGAMENTI");
     const QString unicredit = QStringLiteral("02008");
@@ -256,13 +256,13 @@ QList<ErpRecord> dueItemsOfTheDistinte()
 {
     QList<ErpRecord> items;
     for (int n : {1, 2, 3, 4, 12})
-        for (const RowSpec &r : spec(n).rows)
+        for (const RowData &r : distintaData(n).rows)
             items << TestInstallation::dueItem(QStringLiteral("F"), r.link, QStringLiteral("6"),
                                                r.account, r.amount);
     return items;
 }
 
-Distinta distintaOf(DistinteStore &store, const DistintaSpec &s, const QString &currency)
+Distinta distintaOf(DistinteStore &store, const DistintaData &s, const QString &currency)
 {
     Distinta d;
     store.Nuovo(d);
@@ -287,7 +287,7 @@ Distinta distintaOf(DistinteStore &store, const DistintaSpec &s, const QString &
     h.des_riferimenti = s.references;
     h.num_numero_disp = s.dispositions;
     h.val_importo_totale = s.total;
-    for (const RowSpec &r : s.rows) {
+    for (const RowData &r : s.rows) {
         Riga riga = rigaOf(r);
         riga.cod_distinta = h.cod_distinta;
         d.righe.append(riga);

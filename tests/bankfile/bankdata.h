@@ -18,7 +18,7 @@ class DistinteStore;
 namespace pg::test {
 
 // One row of a distinta as the tests describe it.
-struct RowSpec
+struct RowData
 {
     QString link;
     QString account;
@@ -33,14 +33,14 @@ struct RowSpec
     QString site;
 };
 
-struct DistintaSpec
+struct DistintaData
 {
     int number;
     bool secondBank; // the presenting bank without a usable IBAN
     QString references;
     int dispositions;
     double total;
-    QList<RowSpec> rows;
+    QList<RowData> rows;
 };
 
 // The records of the suite, and the due items of every distinta's rows.
@@ -51,10 +51,10 @@ archives::ErpRecord master(const QString &code, const QString &name, const QStri
                            const QString &cap, const QString &city, const QString &province,
                            const QString &taxCode, const QString &vat);
 
-DistintaSpec spec(int number);
-distinta::Riga rigaOf(const RowSpec &s);
-// The distinta of the spec in memory (not saved): created 15/01/2024, value 20/01/2024.
-distinta::Distinta distintaOf(distinta::DistinteStore &store, const DistintaSpec &s,
+DistintaData distintaData(int number);
+distinta::Riga rigaOf(const RowData &s);
+// The distinta of the data in memory (not saved): created 15/01/2024, value 20/01/2024.
+distinta::Distinta distintaOf(distinta::DistinteStore &store, const DistintaData &s,
                               const QString &currency = QStringLiteral("  "));
 
 QByteArray readAll(const QString &path);

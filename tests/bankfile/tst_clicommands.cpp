@@ -109,7 +109,7 @@ int TestCliCommands::run(const QStringList &arguments)
 
 void TestCliCommands::save(int number, const std::function<void(Distinta &)> &change)
 {
-    Distinta d = distintaOf(*m_store, spec(number));
+    Distinta d = distintaOf(*m_store, distintaData(number));
     if (change)
         change(d);
     QVERIFY(m_store->Salva(d, false, false));
@@ -178,8 +178,8 @@ void TestCliCommands::checkExitsWithOneOnErrors()
 
     // The due item of the row has been paid meanwhile.
     archives::ErpRecord paid = TestInstallation::dueItem(
-        QStringLiteral("F"), spec(1).rows.first().link, QStringLiteral("6"),
-        spec(1).rows.first().account, spec(1).rows.first().amount);
+        QStringLiteral("F"), distintaData(1).rows.first().link, QStringLiteral("6"),
+        distintaData(1).rows.first().account, distintaData(1).rows.first().amount);
     paid.setNumber(QStringLiteral("imp_pag_val"), 1234.5, 2);
     QVERIFY(m_inst->put({paid}));
     QCOMPARE(run({QStringLiteral("check"), QStringLiteral("1")}), 1);

@@ -80,7 +80,7 @@ private slots:
     void oddDataKeepEveryLineItsWidth();
 
 private:
-    Distinta create(const DistintaSpec &s, const QString &currency = QStringLiteral("  "))
+    Distinta create(const DistintaData &s, const QString &currency = QStringLiteral("  "))
     {
         return distintaOf(*m_store, s, currency);
     }
@@ -199,7 +199,7 @@ void TestCreaFile::writesTheFileOfTheRules()
     currentSettings().raggruppa = quint8(raggruppa);
     currentSettings().modDescr = quint8(modDescr);
 
-    Distinta saved = create(spec(number));
+    Distinta saved = create(distintaData(number));
     QVERIFY(m_store->Salva(saved, false, false));
     m_prompter->clear();
     // A file of the same name from an earlier run is replaced whole.
@@ -233,7 +233,7 @@ void TestCreaFile::writesTheFileOfTheRules()
 void TestCreaFile::dialogShowsTheDistintaAndGivesBackNameAndReferences()
 {
     currentSettings().raggruppa = 1;
-    Distinta d = create(spec(3));
+    Distinta d = create(distintaData(3));
     QVERIFY(m_store->Salva(d, false, false));
     d = read(3);
     QTemporaryDir elsewhere;
@@ -263,7 +263,7 @@ void TestCreaFile::dialogShowsTheDistintaAndGivesBackNameAndReferences()
 
 void TestCreaFile::unsavedChangesAreSavedFirst()
 {
-    Distinta d = create(spec(1));
+    Distinta d = create(distintaData(1));
     QStringList log;
     SpyDialog dialog;
     dialog.log = &log;
@@ -312,7 +312,8 @@ void TestCreaFile::refusedDistinteNeverOpenTheDialog()
     QFETCH(QString, message);
     QFETCH(int, icon);
     QFETCH(int, outcome);
-    Distinta d = create(spec(1), kind == u"dollars" ? QStringLiteral("US") : QStringLiteral("EU"));
+    Distinta d =
+        create(distintaData(1), kind == u"dollars" ? QStringLiteral("US") : QStringLiteral("EU"));
     if (kind == u"none")
         d = Distinta();
     if (kind == u"zero")
@@ -341,7 +342,7 @@ void TestCreaFile::refusedDistinteNeverOpenTheDialog()
 
 void TestCreaFile::cancellingLeavesNoFileAndNoChange()
 {
-    Distinta d = create(spec(3));
+    Distinta d = create(distintaData(3));
     QVERIFY(m_store->Salva(d, false, false));
     d = read(3);
     m_faulty->reset();
@@ -361,7 +362,7 @@ void TestCreaFile::failureKeepsThePreviousFile()
 {
     // A row without its amount in distinta cannot be paid: the command stops under the error
     // trap, and the file of an earlier run is still there as it was.
-    DistintaSpec s = spec(3);
+    DistintaData s = distintaData(3);
     Distinta d = create(s);
     d.righe.edit(2).val_imp_indist_val.reset();
     QVERIFY(m_store->Salva(d, false, false));
@@ -396,7 +397,7 @@ void TestCreaFile::plainRowsMarkTheirDueItemsGroupedRowsDoNot()
     // rows before it is written; grouped rows mark nothing while the file is built.
     QFETCH(int, raggruppa);
     currentSettings().raggruppa = quint8(raggruppa);
-    Distinta d = create(spec(3));
+    Distinta d = create(distintaData(3));
     QVERIFY(m_store->Salva(d, false, false));
     d = read(3);
     m_faulty->reset();
@@ -437,11 +438,11 @@ void TestCreaFile::oddDataKeepEveryLineItsWidth()
     odd.buffer()[21] = char(0x81);
     QVERIFY(m_inst->put({odd}));
 
-    Testata header = create(spec(1)).header();
+    Testata header = create(distintaData(1)).header();
     header.des_riferimenti = QStringLiteral("\U0001F600\r\n");
     RecordSet<Riga> rows;
     for (int i = 0; i < 250; ++i) {
-        Riga r = rigaOf(spec(1).rows.first());
+        Riga r = rigaOf(distintaData(1).rows.first());
         r.des_num_doc =
             QStringLiteral("\U0001F600\U0001F600\U0001F600\U0001F600\U0001F600\U0001F600");
         r.des_serie_doc = QStringLiteral("\n");

@@ -3,7 +3,6 @@
 
 #include "archives/archivenumbers.h"
 #include "checks/completenesscheck.h"
-#include "checks/incompleterows.h"
 #include "core/distintacode.h"
 #include "distinta/distintestore.h"
 #include "startup/companyenvironment.h"
@@ -23,7 +22,7 @@ namespace {
 const QString NoBank(5, u' ');
 const QString NoAccount(20, u' ');
 
-struct RowSpec
+struct RowData
 {
     const char *link;
     const char *account;
@@ -38,7 +37,7 @@ struct RowSpec
     QString accountNumber;
 };
 
-Riga rigaOf(const RowSpec &s)
+Riga rigaOf(const RowData &s)
 {
     Riga r;
     r.flg_flag_colpar = QStringLiteral("F");
@@ -63,7 +62,7 @@ Riga rigaOf(const RowSpec &s)
 }
 
 // Distinta 7: rows of every kind of finding. Distinta 8: a row without any.
-QList<RowSpec> rowsOf(int number)
+QList<RowData> rowsOf(int number)
 {
     if (number == 8)
         return {{"0000000000801", "300006", "6", "506", " ", "15", "01", 10,
@@ -119,7 +118,6 @@ private slots:
     void reportOfTheRules();
     void bankDataAreRefreshedFromTheSuiteAndSaved();
     void nothingIsCheckedWithoutANumberOrASave();
-    void incompleteRowsOfEveryDistinta();
 
 private:
     Distinta create(int number);
@@ -145,7 +143,7 @@ void TestCompletenessCheck::init()
                      QStringLiteral("12345")),
     };
     for (int number : {7, 8}) {
-        for (const RowSpec &s : rowsOf(number)) {
+        for (const RowData &s : rowsOf(number)) {
             ErpRecord item = TestInstallation::dueItem(
                 QStringLiteral("F"), QLatin1StringView(s.link), QLatin1StringView(s.type),
                 QLatin1StringView(s.account), s.amount);
@@ -178,7 +176,7 @@ Distinta TestCompletenessCheck::create(int number)
     h.dat_data_creazione = QDate(2024, 1, 15);
     h.dat_data_valuta = QDate(2024, 1, 20);
     h.cod_abi_banca = h.cod_cab_banca = QStringLiteral("00001");
-    for (const RowSpec &s : rowsOf(number)) {
+    for (const RowData &s : rowsOf(number)) {
         Riga r = rigaOf(s);
         r.cod_distinta = h.cod_distinta;
         d.righe.append(r);
@@ -287,28 +285,6 @@ void TestCompletenessCheck::nothingIsCheckedWithoutANumberOrASave()
     };
     QVERIFY(check.chkDatiBAnca(d, true, save).reportWritten);
     QCOMPARE(log.size(), 2);
-}
-
-void TestCompletenessCheck::incompleteRowsOfEveryDistinta()
-{
-    create(7);
-    create(8);
-    const QueryResult result = checks::incompleteBankRows(*m_store);
-    QCOMPARE(result.columns,
-             (QStringList{QStringLiteral("cod_distinta"), QStringLiteral("dat_data_creazione"),
-                          QStringLiteral("des_num_doc"), QStringLiteral("des_serie_doc"),
-                          QStringLiteral("cod_clifor"), QStringLiteral("dat_data_doc"),
-                          QStringLiteral("dat_data_scad"), QStringLiteral("val_imp_residuo_val"),
-                          QStringLiteral("val_imp_residuo_eur"), QStringLiteral("cod_agenzia_cli"),
-                          QStringLiteral("cod_banca_cli"), QStringLiteral("des_num_cc")}));
-    QStringList accounts;
-    for (const QVariantList &row : result.rows)
-        accounts << row.at(4).toString();
-    accounts.sort();
-    // Every row of distinta 7 but the complete one; none of distinta 8.
-    QCOMPARE(accounts, (QStringList{QStringLiteral("300001"), QStringLiteral("300002"),
-                                    QStringLiteral("300003"), QStringLiteral("300004"),
-                                    QStringLiteral("300005")}));
 }
 
 QTEST_GUILESS_MAIN(TestCompletenessCheck)
