@@ -51,6 +51,7 @@ void RowListModel::setSession(archives::ErpSession *erp)
 void RowListModel::setDistinta(distinta::Distinta *d)
 {
     beginResetModel();
+    ++m_generation;
     m_d = d;
     m_rules.setDistinta(d);
     if (m_d)
@@ -61,6 +62,7 @@ void RowListModel::setDistinta(distinta::Distinta *d)
 void RowListModel::LV_InizializzaLista(const QList<ListColumn> &columns)
 {
     beginResetModel();
+    ++m_generation;
     m_columns.clear();
     ListColumn hidden;
     hidden.field = HiddenColumn;
@@ -75,6 +77,7 @@ void RowListModel::LV_InizializzaLista(const QList<ListColumn> &columns)
 void RowListModel::LV_RefreshLista()
 {
     beginResetModel();
+    ++m_generation;
     if (m_d)
         m_accounts.prefetch(m_d->righe);
     endResetModel();
@@ -251,6 +254,7 @@ bool RowListModel::setData(const QModelIndex &index, const QVariant &value, int 
     const int row = index.row();
     if (!m_rules.changeComplete(keyAt(row), m_columns.at(index.column()).field, value.toString()))
         return false;
+    ++m_generation;
     emit dataChanged(this->index(row, 0), this->index(row, columnCount() - 1));
     emit rowEdited(row);
     return true;

@@ -53,6 +53,9 @@ public:
     QString keyAt(int row) const;
     int rowOfKey(const QString &key) const;
 
+    // Changes with every refill and every edit: what was derived from the rows before is stale.
+    quint64 generation() const { return m_generation; }
+
     // lvwScadenze_ItemClick for a cell.
     bool ItemClick(const QModelIndex &index, QString *status = nullptr);
 
@@ -79,6 +82,7 @@ private:
     RowListAccounts m_accounts;
     RowListRules m_rules;
     QLocale m_locale;
+    quint64 m_generation = 0;
 };
 
 } // namespace pg::editor

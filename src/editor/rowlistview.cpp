@@ -110,6 +110,8 @@ void RowListView::LV_AdattaColonne()
 {
     underTrap(location("LV_AdattaColonne"), [&] {
         verticalHeader()->setDefaultSectionSize(fontMetrics().height() + 6);
+        // Fitted on the lines in view and up to a thousand more (the header's precision), so
+        // that a list of ten thousand lines fits at once.
         for (int c = 1; c < m_model->columnCount(); ++c) {
             resizeColumnToContents(c);
             // The table's own width stays the least a column gets.
