@@ -151,8 +151,17 @@ public:
     void addSelectedDueItems(distinta::Distinta &) override {}
     std::optional<QString> chooseDistinta() override { return std::nullopt; }
     QString lookupBanksAndAgencies() override { return {}; }
-    void showDueItemDetail(const archives::ErpRecord &) override {}
-    void showAccountDetail(const QString &, const QString &, const QString &) override {}
+    void showDueItemDetail(const archives::ErpRecord &dueItem) override
+    {
+        shown << dueItem.text(QStringLiteral("link"));
+    }
+    void showAccountDetail(const QString &code, const QString &caption,
+                           const QString &frame) override
+    {
+        shown << code + u'|' + caption + u'|' + frame;
+    }
+
+    QStringList shown; // the detail views opened
 
 private:
     RowListView &m_list;
@@ -181,6 +190,7 @@ private slots:
     void editingInTheView();
     void selectionAndMenu();
     void removingSelectedRowsAndTotals();
+    void zoomCommandsFollowTheList();
 
 private:
     std::unique_ptr<TestInstallation> m_inst;
@@ -718,6 +728,45 @@ void TestRowList::removingSelectedRowsAndTotals()
     QCOMPARE(d.header().val_importo_totale, 40.4);
     QCOMPARE(d.header().num_numero_disp, 2);
     QVERIFY(prompter.shown().isEmpty());
+}
+
+void TestRowList::zoomCommandsFollowTheList()
+{
+    test::ScriptedPrompter prompter;
+    distinta::DistinteStore store(&m_inst->erp());
+    RowListView list;
+    ListOnlyView view(list);
+    DistintaEditor editor(store, &m_inst->erp(), view);
+    distinta::Distinta &d = editor.distinta();
+    d = distintaOf({row(100), row(199)});
+    d.editHeader().flg_tipo = QStringLiteral("F");
+    list.setSession(&m_inst->erp());
+    UserSettings withoutCode;
+    withoutCode.columns.insert(QStringLiteral("Codice"), false);
+    list.LV_InizializzaLista(withoutCode);
+    list.setDistinta(&d);
+    list.setCurrentIndex(list.model()->index(0, 1));
+
+    // The account's zoom needs the "Codice" column in the list.
+    editor.cmdZoomCli_Click();
+    QCOMPARE(prompter.texts(),
+             QStringList{QStringLiteral("Per questa funzione è necessario abilitare la "
+                                        "visualizzazione  \r\ndella Colonna Codice Fornitore "
+                                        "dalle Opzioni!")});
+    QVERIFY(view.shown.isEmpty());
+    list.LV_InizializzaLista(UserSettings());
+    list.setCurrentIndex(list.model()->index(0, 1));
+    editor.cmdZoomCli_Click();
+    QCOMPARE(view.shown, QStringList{QStringLiteral("400001|Zoom Fornitore|Dati Fornitore")});
+
+    // The due item's zoom reads the current line's due item from the suite.
+    editor.cmdZoom_Click();
+    QCOMPARE(view.shown.last(), link(100));
+    list.setCurrentIndex(list.model()->index(1, 1));
+    editor.cmdZoom_Click();
+    QCOMPARE(prompter.lastText(), QStringLiteral("Scadenza non trovata. E' probabile che sia una "
+                                                 "scadenza generata da 'UNIFICA SCADENZE'."));
+    QCOMPARE(view.shown.size(), 2);
 }
 
 QTEST_MAIN(TestRowList)
