@@ -3,8 +3,8 @@
 #include "duitemloader.h"
 
 #include <QPointer>
+#include <QProgressDialog>
 
-class QProgressDialog;
 class QWidget;
 
 namespace pg::editor {

@@ -8,9 +8,7 @@
 #include "lists/usersettings.h"
 #include "startup/errortrap.h"
 
-#include <QContextMenuEvent>
 #include <QHeaderView>
-#include <QMenu>
 
 #include <algorithm>
 
@@ -26,10 +24,7 @@ QString location(const char *procedure)
 } // namespace
 
 RowListView::RowListView(QWidget *parent)
-    : QTableView(parent)
-    , m_model(new RowListModel(this))
-    , m_proxy(new RowListProxy(this))
-    , m_menu(new QMenu(this))
+    : QTableView(parent), m_model(new RowListModel(this)), m_proxy(new RowListProxy(this))
 {
     setObjectName(QStringLiteral("lvwScadenze"));
     m_proxy->setSourceModel(m_model);
@@ -48,22 +43,6 @@ RowListView::RowListView(QWidget *parent)
     // Until the clerk picks a column the lines keep the order of the distinta's rows.
     horizontalHeader()->setSortIndicator(-1, Qt::AscendingOrder);
     setSortingEnabled(true);
-
-    m_menu->setObjectName(QStringLiteral("mnuLista"));
-    m_menu->setTitle(QStringLiteral("&Lista"));
-    m_menu->addSeparator()->setObjectName(QStringLiteral("mnuLisSep1"));
-    m_menu->addAction(QStringLiteral("&Paga Tutto"))->setObjectName(QStringLiteral("mnuPagTut"));
-    m_menu->addSeparator()->setObjectName(QStringLiteral("mnuLisSep2"));
-    QAction *all = m_menu->addAction(QStringLiteral("&Seleziona Tutto"));
-    all->setObjectName(QStringLiteral("mnuSelTutto"));
-    QAction *none = m_menu->addAction(QStringLiteral("&Annulla Selezione"));
-    none->setObjectName(QStringLiteral("mnuAnnSel"));
-    m_menu->addSeparator()->setObjectName(QStringLiteral("mnuLisSep3"));
-    QAction *options = m_menu->addAction(QStringLiteral("&Opzioni Lista"));
-    options->setObjectName(QStringLiteral("mnuLisOpz"));
-    connect(all, &QAction::triggered, this, [this] { lvwSelectRow(true); });
-    connect(none, &QAction::triggered, this, [this] { lvwSelectRow(false); });
-    connect(options, &QAction::triggered, this, &RowListView::optionsRequested);
 
     connect(m_model, &RowListModel::rowEdited, this, [this] { emit rowEdited(); });
 }
@@ -176,12 +155,6 @@ bool RowListView::edit(const QModelIndex &index, EditTrigger trigger, QEvent *ev
             emit statusHint(status);
     }
     return QTableView::edit(index, trigger, event);
-}
-
-void RowListView::contextMenuEvent(QContextMenuEvent *event)
-{
-    underTrap(location("lvwScadenze_MouseDown"), [&] { m_menu->popup(event->globalPos()); });
-    event->accept();
 }
 
 } // namespace pg::editor

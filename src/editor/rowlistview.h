@@ -3,8 +3,6 @@
 #include <QStringList>
 #include <QTableView>
 
-class QMenu;
-
 namespace pg {
 struct UserSettings;
 }
@@ -23,8 +21,9 @@ class RowListProxy;
 // lvwScadenze: the list of the due items in the current distinta, in the middle of the main
 // window. Full-row, multiple selection; a click on a header sorts by that column with an arrow;
 // a double click (or F2) on the residual amount or the description edits it in the cell, when
-// the list's rules allow; the right button opens the list's menu. The distinta's rows are the
-// truth: the list is refilled from them after every add, removal, load or new distinta.
+// the list's rules allow. The distinta's rows are the
+// truth: the list is refilled from them after every add, removal, load or new distinta. The
+// right button is left to the window that holds the list, which opens its menu mnuLista.
 class RowListView : public QTableView
 {
     Q_OBJECT
@@ -60,25 +59,18 @@ public:
     bool hasListColumn(const QString &header) const;
     int listRowCount() const;
 
-    // mnuLista: "&Paga Tutto", "&Seleziona Tutto", "&Annulla Selezione", "&Opzioni Lista".
-    QMenu *mnuLista() const { return m_menu; }
-
 signals:
     // A row was changed in the list: the window recomputes the totals and enables saving.
     void rowEdited();
     // A hint for the status bar.
     void statusHint(const QString &text);
-    // "&Opzioni Lista": the options dialog.
-    void optionsRequested();
 
 protected:
     bool edit(const QModelIndex &index, EditTrigger trigger, QEvent *event) override;
-    void contextMenuEvent(QContextMenuEvent *event) override;
 
 private:
     RowListModel *m_model;
     RowListProxy *m_proxy;
-    QMenu *m_menu;
 };
 
 } // namespace pg::editor
