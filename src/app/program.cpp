@@ -2,6 +2,9 @@
 
 #include "archives/recordmanagerfactory.h"
 #include "core/prompter.h"
+#include "editor/detaildialog.h"
+#include "editor/duitemprogress.h"
+#include "editor/selectiondialog.h"
 #include "ui/messageboxprompter.h"
 
 #include <QApplication>
@@ -45,10 +48,30 @@ void Program::loadPrintDialog()
     // The print dialog of the distinte joins here, hidden, once the printing part provides it.
 }
 
-void Program::connectOtherParts(editor::MainWindow &)
+void Program::connectOtherParts(editor::MainWindow &window)
 {
     // The selection of due items, the row list's work, the print, the bank file and the
     // completeness check set their entries of MainWindow::hooks() here.
+    editor::MainWindowHooks &hooks = window.hooks();
+
+    // The selection of due items, the walk that adds them, and the detail views of a row.
+    hooks.selectDueItems = [this](QWidget *parent) -> std::optional<editor::SelectionResult> {
+        const std::optional<editor::SelectionValues> values =
+            editor::SelectionDialog::choose(m_load->erp(), parent);
+        return values ? std::optional(values->selectionResult()) : std::nullopt;
+    };
+    hooks.addSelectedDueItems = [this, &window](distinta::Distinta &d) {
+        if (m_load->erp())
+            editor::DueItemProgress::addSelectedDueItems(*m_load->erp(), d, &window);
+    };
+    hooks.dueItemDetail = [this](const archives::ErpRecord &dueItem, QWidget *parent) {
+        editor::DetailDialog::showDueItem(dueItem, m_load->erp(), parent);
+    };
+    hooks.accountDetail = [this](const QString &code, const QString &caption,
+                                 const QString &frame, QWidget *parent) {
+        if (m_load->erp())
+            editor::DetailDialog::showAccount(*m_load->erp(), code, caption, frame, parent);
+    };
 }
 
 bool Program::start(const QStringList &arguments)

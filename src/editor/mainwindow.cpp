@@ -1,6 +1,7 @@
 #include "mainwindow.h"
 
 #include "listcolumns.h"
+#include "rowlistview.h"
 
 #include "archives/lookupservice.h"
 #include "core/prompter.h"
@@ -124,9 +125,18 @@ MainWindow::MainWindow(MainWindowLoad &load, QWidget *parent) : QMainWindow(pare
     m_listArea->setMinimumSize(520, 240);
     m_listArea->setContextMenuPolicy(Qt::CustomContextMenu);
     auto *listLayout = new QVBoxLayout(m_listArea);
-    m_listSummary = new QLabel(m_listArea);
-    m_listSummary->setAlignment(Qt::AlignCenter);
-    listLayout->addWidget(m_listSummary);
+    listLayout->setContentsMargins(0, 0, 0, 0);
+    m_list = new RowListView(m_listArea);
+    listLayout->addWidget(m_list);
+    // An edit in the list changes the distinta: the totals follow and saving is enabled.
+    connect(m_list, &RowListView::rowEdited, this, [this] {
+        if (!m_editor)
+            return;
+        m_editor->CalcolaTotali();
+        m_editor->SetBtnGestione(QStringLiteral("YYYYYY"));
+    });
+    connect(m_list, &RowListView::statusHint, this,
+            [this](const QString &text) { statusBar()->showMessage(text); });
     middle->addWidget(m_listArea, 1);
 
     auto *rows = new QVBoxLayout;
@@ -445,6 +455,9 @@ MainWindowLoad::Outcome MainWindow::Form_Load()
     m_company->setText(m_load->company().ragsoc.trimmed());
     showPrinter();
     m_editor = std::make_unique<DistintaEditor>(*m_load->store(), m_load->erp(), *this);
+    m_list->setSession(m_load->erp());
+    m_list->LV_InizializzaLista();
+    m_list->setDistinta(&m_editor->distinta());
     m_load->store()->setFocusRequestHandler([this](distinta::HeaderField field) {
         focusHeaderField(field == distinta::HeaderField::BancaPresentazione
                              ? DistintaEditor::AbiBanca
@@ -459,6 +472,8 @@ void MainWindow::Form_Unload()
     if (m_unloaded)
         return;
     m_unloaded = true;
+    m_list->setDistinta(nullptr);
+    m_list->setSession(nullptr);
     m_editor.reset();
     if (m_load->isLoaded())
         m_load->Unload();
@@ -620,18 +635,12 @@ void MainWindow::cmdInfo_Click()
 
 // The row list ----------------------------------------------------------------------------
 //
-// The list of the distinta's rows (lvwScadenze) fills m_listArea; until it is in place the area
-// says how many due items the distinta holds.
+// The list of the distinta's rows (lvwScadenze) fills m_listArea; the right button on it opens
+// mnuLista.
 
 void MainWindow::LoadRows()
 {
-    if (!m_editor || !m_editor->hasDistinta()) {
-        m_listSummary->clear();
-        return;
-    }
-    const int rows = m_editor->distinta().righe.size();
-    m_listSummary->setText(rows == 1 ? QStringLiteral("1 scadenza in distinta")
-                                     : QStringLiteral("%1 scadenze in distinta").arg(rows));
+    m_list->LV_RefreshLista();
 }
 
 void MainWindow::CalcolaTotali()
@@ -640,11 +649,14 @@ void MainWindow::CalcolaTotali()
         m_editor->CalcolaTotali();
 }
 
-void MainWindow::lvwSelectRow(bool) {}
+void MainWindow::lvwSelectRow(bool selected)
+{
+    m_list->lvwSelectRow(selected);
+}
 
 QStringList MainWindow::selectedRowKeys() const
 {
-    return {};
+    return m_list->selectedRowKeys();
 }
 
 void MainWindow::deselectRows()
@@ -654,20 +666,17 @@ void MainWindow::deselectRows()
 
 bool MainWindow::hasListColumn(const QString &header) const
 {
-    for (const ListColumn &c : configuredColumns(currentSettings()))
-        if (c.visible && c.header == header)
-            return true;
-    return false;
+    return m_list->hasListColumn(header);
 }
 
 int MainWindow::listRowCount() const
 {
-    return m_editor && m_editor->hasDistinta() ? m_editor->distinta().righe.size() : 0;
+    return m_list->listRowCount();
 }
 
 QString MainWindow::currentRowKey() const
 {
-    return {};
+    return m_list->currentRowKey();
 }
 
 // The selection of due items ---------------------------------------------------------------
@@ -724,7 +733,7 @@ void MainWindow::PulisciMaschera()
     m_mskDataValuta->clear();
     m_desTipo->clear();
     m_desStato->clear();
-    m_listSummary->clear();
+    m_list->LV_RefreshLista();
 }
 
 void MainWindow::setAggiungiEnabled(bool enabled)

@@ -25,6 +25,8 @@ class MaskedDateEdit;
 
 namespace pg::editor {
 
+class RowListView;
+
 // frmMain ("Pagamenti"): the editor of one distinta at a time. At the top the management
 // buttons and the program's commands, then the distinta header (company bank, dates,
 // currency, state, total), in the middle the area of the row list, around it the row and
@@ -86,6 +88,7 @@ public:
     QToolButton *command(const QString &objectName) const;
     QMenu *mnuLista() const { return m_mnuLista; }
     QFrame *listArea() const { return m_listArea; }
+    RowListView *lvwScadenze() const { return m_list; }
 
     // DistintaView
     void setManagementButton(int index, bool enabled) override;
@@ -137,7 +140,7 @@ private:
     QLabel *m_lblPrinter = nullptr;
     QLabel *m_picture1 = nullptr;
     QFrame *m_listArea = nullptr;
-    QLabel *m_listSummary = nullptr;
+    RowListView *m_list = nullptr;
     QMenu *m_mnuLista = nullptr;
     QCheckBox *m_chkModello = nullptr;
     QLabel *m_company = nullptr;
