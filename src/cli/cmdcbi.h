@@ -1,11 +1,6 @@
 #pragma once
 
-#include "distinta/distinta.h"
-#include "editor/mainwindowload.h"
-
-#include <QString>
-
-#include <memory>
+#include "distintasession.h"
 
 namespace pg::cli {
 
@@ -14,33 +9,5 @@ class CommandContext;
 // pagamenti-cli cbi N [--out PATH]: the bank file of distinta N, as the main window's
 // "File Bonifici" writes it, with the dialog's confirmation taken as given.
 int runCbi(CommandContext &context);
-
-// The suite's company opened as the main window opens it (libraries, archives in their
-// order, company records, release check, the clerk's settings, the distinta component), with
-// one saved distinta read by its number: what the commands on a distinta work with.
-class DistintaSession
-{
-public:
-    DistintaSession();
-    ~DistintaSession();
-
-    // False, after telling why, when the company cannot be opened or the distinta does not
-    // exist.
-    bool open(qint64 number);
-
-    distinta::DistinteStore &store() const { return *m_load->store(); }
-    archives::ErpSession &erp() const { return *m_load->erp(); }
-    const archives::CompanyData &company() const { return m_load->company(); }
-    distinta::Distinta &distinta() { return m_distinta; }
-
-    // The distinta number of the command's arguments: one whole number from 1 to 32767;
-    // 0 (after the reason in *error) when it is not one.
-    static qint64 number(const QStringList &positional, QString *error);
-
-private:
-    std::unique_ptr<editor::PrinterCatalog> m_printers;
-    std::unique_ptr<editor::MainWindowLoad> m_load;
-    distinta::Distinta m_distinta;
-};
 
 } // namespace pg::cli

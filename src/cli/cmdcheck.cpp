@@ -1,9 +1,9 @@
 // pagamenti-cli check N
 #include "cmdcheck.h"
 
-#include "cmdcbi.h"
 #include "commandargs.h"
 #include "commandcontext.h"
+#include "distintasession.h"
 
 #include "checks/completenesscheck.h"
 

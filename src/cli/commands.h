@@ -7,5 +7,8 @@ class CommandContext;
 // The run functions of the commands, one file each (democommand.cpp ...).
 int runDemo(CommandContext &context);
 int runArchive(CommandContext &context);
+int runList(CommandContext &context);
+int runShow(CommandContext &context);
+int runDelete(CommandContext &context);
 
 } // namespace pg::cli

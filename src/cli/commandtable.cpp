@@ -23,6 +23,16 @@ const QList<Command> &commandTable()
                         "chiave (1 se non indicata); load carica i record di un file di testo\n"
                         "(tutti o nessuno)"),
          true, runArchive},
+        {QStringLiteral("list"), QString(),
+         QStringLiteral("elenca le distinte salvate: numero, data, banca di presentazione,\n"
+                        "importo, stato e numero di disposizioni"),
+         true, runList},
+        {QStringLiteral("show"), QStringLiteral("N"),
+         QStringLiteral("mostra la testata e le righe della distinta N"), true, runShow},
+        {QStringLiteral("delete"), QStringLiteral("N"),
+         QStringLiteral("elimina la distinta N (chiede conferma: --yes per rispondere Sì) e\n"
+                        "libera le sue scadenze negli archivi di [orvida]"),
+         true, runDelete},
         {QStringLiteral("new"),
          QStringLiteral("--bank ABI/CAB [OPZIONI DI SELEZIONE] [--customers]"),
          QStringLiteral("crea e salva una distinta con le scadenze scelte come nella finestra di\n"

@@ -1,0 +1,77 @@
+#include "distintasession.h"
+
+#include "archives/recordmanagerfactory.h"
+#include "core/distintacode.h"
+#include "core/prompter.h"
+#include "distinta/distintestore.h"
+#include "localdb/localdatabase.h"
+#include "startup/companyenvironment.h"
+#include "startup/paths.h"
+
+namespace pg::cli {
+
+namespace {
+
+// The command line prints nothing: it knows no printers.
+class NoPrinters : public editor::PrinterCatalog
+{
+public:
+    QList<editor::PrinterInfo> installedPrinters() const override { return {}; }
+    std::optional<editor::PrinterInfo> defaultPrinter() const override { return std::nullopt; }
+};
+
+// The handle that names the command line's session with the suite's libraries.
+constexpr qint32 CliHandle = 1;
+
+} // namespace
+
+DistintaSession::DistintaSession()
+    : m_printers(std::make_unique<NoPrinters>())
+    , m_load(std::make_unique<editor::MainWindowLoad>(
+          [] { return archives::createRecordManager(); }, *m_printers))
+{}
+
+DistintaSession::~DistintaSession() = default;
+
+qint64 DistintaSession::number(const QStringList &positional, QString *error)
+{
+    if (positional.size() != 1) {
+        *error = QStringLiteral("Indicare il numero della distinta.");
+        return 0;
+    }
+    bool ok = false;
+    const qint64 n = positional.first().toLongLong(&ok);
+    if (!ok || n < 1 || n > 32767) {
+        *error = QStringLiteral("Numero di distinta non valido: %1").arg(positional.first());
+        return 0;
+    }
+    return n;
+}
+
+bool DistintaSession::openCompany()
+{
+    // The local database as start-up leaves it: created when missing, converted when older.
+    const QString database = CompanyArchiveDir() + localdb::FileName;
+    if (!paths::fileExists(database) &&
+        !localdb::CreateDatabaseFromSchema(CompanyArchiveDir(), localdb::FileName))
+        return false;
+    if (!localdb::CheckDatabaseVersion(database))
+        return false;
+    return m_load->Load(CliHandle) == editor::MainWindowLoad::Outcome::Ready;
+}
+
+bool DistintaSession::open(qint64 number)
+{
+    if (!openCompany())
+        return false;
+    QString code = formatDistintaCode(number);
+    if (!store().Esiste(code, 0)) {
+        msgBox(QStringLiteral("La distinta %1 non esiste.").arg(number), Buttons::Ok,
+               Icon::Critical);
+        return false;
+    }
+    store().Leggi(m_distinta, code);
+    return true;
+}
+
+} // namespace pg::cli

@@ -1,0 +1,43 @@
+#pragma once
+
+#include "distinta/distinta.h"
+#include "editor/mainwindowload.h"
+
+#include <QString>
+#include <QStringList>
+
+#include <memory>
+
+namespace pg::cli {
+
+// The suite's company opened as the main window opens it (libraries, archives in their
+// order, company records, release check, the clerk's settings, the distinta component), with
+// one saved distinta read by its number: what the commands on a distinta work with.
+class DistintaSession
+{
+public:
+    DistintaSession();
+    ~DistintaSession();
+
+    // False, after telling why, when the company cannot be opened or the distinta does not
+    // exist.
+    bool open(qint64 number);
+    // Only the company, for the commands that work on all distinte. False after telling why.
+    bool openCompany();
+
+    distinta::DistinteStore &store() const { return *m_load->store(); }
+    archives::ErpSession &erp() const { return *m_load->erp(); }
+    const archives::CompanyData &company() const { return m_load->company(); }
+    distinta::Distinta &distinta() { return m_distinta; }
+
+    // The distinta number of the command's arguments: one whole number from 1 to 32767;
+    // 0 (after the reason in *error) when it is not one.
+    static qint64 number(const QStringList &positional, QString *error);
+
+private:
+    std::unique_ptr<editor::PrinterCatalog> m_printers;
+    std::unique_ptr<editor::MainWindowLoad> m_load;
+    distinta::Distinta m_distinta;
+};
+
+} // namespace pg::cli
