@@ -8,54 +8,16 @@
 #include "core/vbdate.h"
 #include "distinta/distintestore.h"
 #include "distinta/erpwriteback.h"
+#include "distinta/rowcounter.h"
 #include "lists/usersettings.h"
 #include "startup/companyenvironment.h"
 #include "startup/errortrap.h"
 
 #include <QDir>
-#include <QHash>
 #include <QSaveFile>
 
-#include <optional>
 
 namespace pg::bankfile {
-
-namespace {
-
-// How many rows of all the distinte hold each due item of one distinta: one query for the
-// whole file, made the first time a count is needed (only items partly in a distinta ask).
-class RowCounts
-{
-public:
-    RowCounts(distinta::DistinteStore &store, QString code)
-        : m_store(store), m_code(std::move(code))
-    {}
-
-    int operator()(const QString &key)
-    {
-        if (!m_counts) {
-            m_counts.emplace();
-            const distinta::QueryResult result = m_store.GetRsGen(
-                QStringLiteral("SELECT flg_flag_colpar, des_link_orvida, COUNT(*) FROM TB_RIGHE "
-                               "WHERE (flg_flag_colpar, des_link_orvida) IN "
-                               "(SELECT flg_flag_colpar, des_link_orvida FROM TB_RIGHE "
-                               "WHERE cod_distinta = ?) "
-                               "GROUP BY flg_flag_colpar, des_link_orvida"),
-                {m_code});
-            for (const QVariantList &row : result.rows)
-                m_counts->insert(distinta::Riga::keyOf(row.at(0).toString(), row.at(1).toString()),
-                                 row.at(2).toInt());
-        }
-        return m_counts->value(key, 0);
-    }
-
-private:
-    distinta::DistinteStore &m_store;
-    QString m_code;
-    std::optional<QHash<QString, int>> m_counts;
-};
-
-} // namespace
 
 CreaFileCommand::CreaFileCommand(distinta::DistinteStore &store, archives::ErpSession &erp,
                                  const archives::CompanyData &company, CreaFileDialog &dialog)
@@ -163,7 +125,7 @@ void CreaFileCommand::writeFile(distinta::Distinta &d, bool grouped, bool modDes
     // Plain rows mark their due items in the suite as the file is built (AggiornaScadenza),
     // with one count of the distinte's rows for the whole file.
     distinta::ErpWriteBack writeBack(m_erp);
-    RowCounts counts(m_store, d.header().cod_distinta);
+    distinta::RowCounter counts(m_store, d.header().cod_distinta);
     const std::function<int(const QString &)> rowsWithKey = std::ref(counts);
     BonificiFile bonifici(m_erp, m_company, modDescr);
     bonifici.build(d.header(), rows, [&](int k) {

@@ -3,6 +3,7 @@
 #include "erpwriteback.h"
 #include "programvalues.h"
 #include "raggruppamento.h"
+#include "rowcounter.h"
 #include "tablesql.h"
 
 #include "core/distintacode.h"
@@ -13,7 +14,6 @@
 #include "startup/dberror.h"
 #include "startup/errortrap.h"
 
-#include <QHash>
 #include <QSqlQuery>
 #include <QSqlRecord>
 
@@ -46,45 +46,6 @@ AppError applicationError(qint32 number, const QString &description, const QStri
 {
     return AppError(number, description, source);
 }
-
-// Counts, over all distinte, the rows of each due item of one distinta: one query for the
-// whole save, made the first time a count is needed, on a connection of its own.
-class RowCounter
-{
-public:
-    RowCounter(QString databasePath, QString code)
-        : m_path(std::move(databasePath))
-        , m_code(std::move(code))
-    {
-    }
-
-    int operator()(const QString &key)
-    {
-        if (!m_loaded) {
-            DatabaseConnection conn(m_path);
-            if (!conn.isOpen())
-                throw AppError(AppError::DatabaseBase + conn.errorCode(), conn.errorText());
-            QSqlQuery q = run(conn.database(),
-                              QStringLiteral("SELECT flg_flag_colpar, des_link_orvida, COUNT(*) "
-                                             "FROM TB_RIGHE WHERE (flg_flag_colpar, des_link_orvida) IN "
-                                             "(SELECT flg_flag_colpar, des_link_orvida FROM TB_RIGHE "
-                                             "WHERE cod_distinta = ?) "
-                                             "GROUP BY flg_flag_colpar, des_link_orvida"),
-                              {m_code});
-            while (q.next())
-                m_counts.insert(Riga::keyOf(q.value(0).toString(), q.value(1).toString()),
-                                q.value(2).toInt());
-            m_loaded = true;
-        }
-        return m_counts.value(key, 0);
-    }
-
-private:
-    QString m_path;
-    QString m_code;
-    bool m_loaded = false;
-    QHash<QString, int> m_counts;
-};
 
 } // namespace
 
@@ -287,7 +248,7 @@ void DistinteStore::writeBackOnSave(Distinta &d)
         writeBack.releaseRemoved(m_released, programValues().nuovaDistinta);
 
     const Testata &header = d.header();
-    RowCounter counter(databasePath(), header.cod_distinta);
+    RowCounter counter(*this, header.cod_distinta);
     for (int i = 0; i < d.righe.size(); ++i) {
         switch (writeBack.update(d.righe.at(i), header, std::ref(counter))) {
         case ErpWriteBack::Outcome::Done:
@@ -388,15 +349,6 @@ bool DistinteStore::Cancella(Distinta &d)
         }
         return false;
     }
-}
-
-bool DistinteStore::AggiornaScadenza(const Distinta &d, int row)
-{
-    if (!m_erp || !d.hasHeader())
-        return false;
-    ErpWriteBack writeBack(*m_erp);
-    RowCounter counter(databasePath(), d.header().cod_distinta);
-    return writeBack.update(d.righe.at(row), d.header(), std::ref(counter)) == ErpWriteBack::Outcome::Done;
 }
 
 bool DistinteStore::AggiornaFlagStato(Distinta &d, const QString &state)

@@ -75,9 +75,6 @@ public:
     bool SalvaDesc(Distinta &d);
     // Deletes the distinta, freeing its due items in the suite first.
     bool Cancella(Distinta &d);
-    // Marks in the suite the due item of one saved row, as a save does (AggiornaScadenza);
-    // false when its record cannot be read or rewritten.
-    bool AggiornaScadenza(const Distinta &d, int row);
     // Moves a saved distinta to a new state ("D" after a final print, "F" once presented to
     // the bank): sets it, saves without asking and without regrouping, and reads it again.
     // Nothing happens when the distinta is already in that state. False when the save failed.

@@ -451,8 +451,6 @@ void TestDistinteStore::stateChangeAndSingleRowMarking()
     QVERIFY(m_store->AggiornaFlagStato(d, QStringLiteral("F")));
     QCOMPARE(m_faulty->rewrites(), 0);
 
-    QVERIFY(m_store->AggiornaScadenza(d, 0));
-    QCOMPARE(stateOf(link(1)), QStringLiteral("3"));
     QVERIFY(m_store->ControllaDatiBanca(d.righe));
     d.righe.edit(0).des_num_cc = QStringLiteral("   ");
     QVERIFY(!m_store->ControllaDatiBanca(d.righe));
