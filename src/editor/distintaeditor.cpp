@@ -246,7 +246,10 @@ bool DistintaEditor::btnGestione_ClickED(int index)
         }
         case Successiva:
         case Precedente: {
-            QString code = hasDistinta() ? m_d.header().cod_distinta : QString();
+            // Without a distinta on screen the search starts before every code (a blank sorts
+            // before the digits of the right-aligned codes); an empty text would be bound as a
+            // null and find nothing.
+            QString code = hasDistinta() ? m_d.header().cod_distinta : QStringLiteral(" ");
             const std::optional<QString> found = m_store->Esiste(code, index == Successiva ? 1 : 2);
             distinta::programValues().nuovaDistinta = false;
             if (!found) {

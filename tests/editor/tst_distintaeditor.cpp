@@ -1,0 +1,455 @@
+#include "memoryrecordmanager.h"
+#include "scriptedprompter.h"
+
+#include "archives/archivenumbers.h"
+#include "archives/erprecord.h"
+#include "archives/erpsession.h"
+#include "core/distintacode.h"
+#include "core/vbdate.h"
+#include "distinta/distintestore.h"
+#include "distinta/tablesql.h"
+#include "editor/distintaeditor.h"
+#include "localdb/databaseconnection.h"
+#include "localdb/localdatabase.h"
+#include "localdb/shippedschema.h"
+#include "startup/companyenvironment.h"
+#include "startup/errortrap.h"
+
+#include <QDir>
+#include <QTemporaryDir>
+#include <QTest>
+
+using namespace pg;
+using namespace pg::editor;
+using distinta::Testata;
+using E = DistintaEditor;
+
+namespace {
+
+// The window as the editor sees it: what it was told to show, and scripted dialogs.
+class RecordingView : public DistintaView
+{
+public:
+    std::array<bool, 6> buttons{};
+    bool aggiungi = false;
+    QString dates[2] = {QStringLiteral("__/__/____"), QStringLiteral("__/__/____")};
+    std::optional<SelectionResult> selection;
+    std::optional<QString> chosen;
+    QStringList selectedKeys;
+    int selectionShown = 0;
+    int rowLoads = 0;
+    int binds = 0;
+    int focusedBox = -1;
+
+    QString maskShown() const
+    {
+        QString m;
+        for (bool b : buttons)
+            m += b ? u'Y' : u'N';
+        return m;
+    }
+
+    void setManagementButton(int index, bool enabled) override { buttons[index] = enabled; }
+    void BindControls() override { ++binds; }
+    void PulisciMaschera() override {}
+    void setAggiungiEnabled(bool enabled) override { aggiungi = enabled; }
+    void showTotals() override {}
+    QString dateBoxText(DateBox box) const override { return dates[int(box)]; }
+    void setDateBoxText(DateBox box, const QString &text) override { dates[int(box)] = text; }
+    void focusDateBox(DateBox box, bool) override { focusedBox = int(box); }
+    void focusHeaderField(int) override {}
+    void LoadRows() override { ++rowLoads; }
+    QStringList selectedRowKeys() const override { return selectedKeys; }
+    void deselectRows() override {}
+    bool hasListColumn(const QString &) const override { return true; }
+    int listRowCount() const override { return 0; }
+    QString currentRowKey() const override { return {}; }
+    std::optional<SelectionResult> showSelectionDialog() override
+    {
+        ++selectionShown;
+        return selection;
+    }
+    void addSelectedDueItems(distinta::Distinta &) override {}
+    std::optional<QString> chooseDistinta() override { return chosen; }
+    QString lookupBanksAndAgencies() override { return {}; }
+    void showDueItemDetail(const archives::ErpRecord &) override {}
+    void showAccountDetail(const QString &, const QString &, const QString &) override {}
+};
+
+} // namespace
+
+class TestDistintaEditor : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void init();
+    void cleanup();
+    void navigationAndMasks();
+    void printedDistintaRefusesChanges();
+    void presentedDistintaAsksBeforeRowChanges();
+    void unsavedChangesQuestion();
+    void dateBoxes_data();
+    void dateBoxes();
+    void closing();
+    void newDistintaFromSelection();
+    void companyBankBlock();
+
+private:
+    void addHeader(int number, const QString &state);
+    QString database() const { return m_dir.path() + QStringLiteral("/Pagame.db"); }
+
+    QTemporaryDir m_dir;
+    std::unique_ptr<MemoryRecordManager> m_rm;
+    std::unique_ptr<archives::ErpSession> m_erp;
+    std::unique_ptr<distinta::DistinteStore> m_store;
+    RecordingView m_view;
+    std::unique_ptr<DistintaEditor> m_editor;
+};
+
+void TestDistintaEditor::init()
+{
+    QVERIFY(m_dir.isValid());
+    QDir(m_dir.path()).removeRecursively();
+    QDir().mkpath(m_dir.path() + QStringLiteral("/exe"));
+    CompanyEnvironment env;
+    env.CompanyArchiveDir = m_dir.path() + u'/';
+    env.ProgramDir = m_dir.path() + QStringLiteral("/exe/");
+    setCompanyEnvironment(env);
+    QFile schema(env.ProgramDir + QStringLiteral("QXARTRAC.DAT"));
+    QVERIFY(schema.open(QIODevice::WriteOnly));
+    schema.write(shippedSchemaDescription());
+    schema.close();
+    {
+        test::ScriptedPrompter quiet;
+        QVERIFY(
+            localdb::CreateDatabaseFromSchema(env.CompanyArchiveDir, QStringLiteral("Pagame.db")));
+    }
+    ErrorTrap::instance().resetForTest();
+    dates::setToday(QDate(2024, 3, 15));
+    m_rm = std::make_unique<MemoryRecordManager>();
+    m_erp = std::make_unique<archives::ErpSession>(*m_rm, 7);
+    m_store = std::make_unique<distinta::DistinteStore>(m_erp.get());
+    m_store->setPStrConn(distinta::DistinteStore::connectionStringFor(database()));
+    m_view = RecordingView();
+    m_editor = std::make_unique<DistintaEditor>(*m_store, m_erp.get(), m_view);
+    m_editor->SetBtnGestione(QStringLiteral("YYNNYY"));
+}
+
+void TestDistintaEditor::cleanup()
+{
+    m_editor.reset();
+    m_store.reset();
+    dates::setToday(QDate());
+}
+
+void TestDistintaEditor::addHeader(int number, const QString &state)
+{
+    DatabaseConnection conn(database());
+    QVERIFY(conn.isOpen());
+    distinta::RecordSet<Testata> headers;
+    Testata h;
+    h.cod_distinta = formatDistintaCode(number);
+    h.flg_tipo = QStringLiteral("F");
+    h.flg_stato = state;
+    h.dat_data_creazione = QDate(2024, 3, number);
+    h.dat_data_valuta = QDate(2024, 3, number);
+    h.cod_abi_banca = QStringLiteral("03069");
+    h.cod_cab_banca = QStringLiteral("01600");
+    headers.append(h);
+    distinta::sql::writeChanges(conn.database(), Testata::table(), headers);
+}
+
+void TestDistintaEditor::navigationAndMasks()
+{
+    test::ScriptedPrompter prompter;
+    QCOMPARE(m_view.maskShown(), QStringLiteral("YYNNYY"));
+
+    // An empty database: only new and open stay.
+    QVERIFY(m_editor->btnGestione_ClickED(E::Successiva));
+    QCOMPARE(prompter.texts(), QStringList{QStringLiteral("Database vuoto")});
+    QCOMPARE(m_view.maskShown(), QStringLiteral("YYNNNN"));
+    QVERIFY(!m_view.aggiungi);
+
+    addHeader(1, QStringLiteral("P"));
+    addHeader(2, QStringLiteral("D"));
+    addHeader(3, QStringLiteral("F"));
+    prompter.clear();
+
+    struct Step
+    {
+        int button;
+        QString code;
+        QString mask;
+        QString stato;
+    };
+    const QList<Step> steps{
+        {E::Successiva, QStringLiteral("1"), QStringLiteral("YYNYYY"), QStringLiteral("Prova")},
+        {E::Successiva, QStringLiteral("2"), QStringLiteral("YYNNYY"),
+         QStringLiteral("Definitiva")},
+        // Presented to the bank: delete stays off although the mask allows it.
+        {E::Successiva, QStringLiteral("3"), QStringLiteral("YYNNYY"),
+         QStringLiteral("Definitiva")},
+        {E::Successiva, QStringLiteral("3"), QStringLiteral("YYNNYY"),
+         QStringLiteral("Definitiva")},
+        {E::Precedente, QStringLiteral("2"), QStringLiteral("YYNNYY"),
+         QStringLiteral("Definitiva")},
+        {E::Precedente, QStringLiteral("1"), QStringLiteral("YYNYYY"), QStringLiteral("Prova")},
+        {E::Precedente, QStringLiteral("1"), QStringLiteral("YYNYYY"), QStringLiteral("Prova")},
+    };
+    for (const Step &s : steps) {
+        QVERIFY(m_editor->btnGestione_ClickED(s.button));
+        QCOMPARE(m_editor->headerText(E::CodDistinta), s.code);
+        QCOMPARE(m_view.maskShown(), s.mask);
+        QCOMPARE(m_editor->txtdesStato(), s.stato);
+        QVERIFY(m_view.aggiungi);
+    }
+    QCOMPARE(m_editor->mask(), QStringLiteral("YYNYYY"));
+    QVERIFY(prompter.shown().isEmpty());
+
+    // Opening from the list.
+    m_view.chosen = formatDistintaCode(3);
+    QVERIFY(m_editor->btnGestione_ClickED(E::Apri));
+    QCOMPARE(m_editor->state(), QStringLiteral("F"));
+    QVERIFY(!m_editor->buttonEnabled(E::Elimina));
+    QCOMPARE(m_editor->txtdesTipo(), QStringLiteral("Fornitori"));
+}
+
+void TestDistintaEditor::printedDistintaRefusesChanges()
+{
+    addHeader(2, QStringLiteral("D"));
+    m_view.chosen = formatDistintaCode(2);
+    QVERIFY(m_editor->btnGestione_ClickED(E::Apri));
+
+    test::ScriptedPrompter prompter;
+    QVERIFY(!m_editor->headerKeyPress());
+    QVERIFY(!m_editor->dateKeyPress());
+    m_editor->cmdAggiungi_Click();
+    m_editor->cmdElRiga_Click();
+    QCOMPARE(prompter.texts(), QStringList(4, E::Refused));
+    QCOMPARE(m_view.selectionShown, 0);
+    QCOMPARE(m_view.maskShown(), QStringLiteral("YYNNYY"));
+    // Its dates are not checked either.
+    m_view.dates[0] = QStringLiteral("__/__/____");
+    QCOMPARE(m_editor->validateDate(DateBox::Creazione, m_view.dates[0]), E::Leave::Accept);
+    QVERIFY(m_editor->Form_QueryUnload());
+    QCOMPARE(prompter.shown().size(), 4);
+}
+
+void TestDistintaEditor::presentedDistintaAsksBeforeRowChanges()
+{
+    addHeader(3, QStringLiteral("F"));
+    m_view.chosen = formatDistintaCode(3);
+    QVERIFY(m_editor->btnGestione_ClickED(E::Apri));
+
+    test::ScriptedPrompter prompter;
+    prompter.script({Answer::No, Answer::Yes});
+    m_editor->cmdAggiungi_Click();
+    QCOMPARE(m_view.selectionShown, 0);
+    const int loads = m_view.rowLoads;
+    m_editor->cmdElRiga_Click();
+    QCOMPARE(m_view.rowLoads, loads + 1);
+    QCOMPARE(
+        prompter.texts(),
+        (QStringList{QStringLiteral("Distinta già presentata in banca. Confermi la variazione."),
+                     QStringLiteral("Distinta già presentata in banca. Confermi la variazione?")}));
+    QCOMPARE(prompter.shown().first().buttons, Buttons::YesNo);
+    // Header changes are allowed and mark the distinta changed.
+    QVERIFY(m_editor->headerKeyPress());
+    QCOMPARE(m_view.maskShown(), QStringLiteral("YYYNYY"));
+}
+
+void TestDistintaEditor::unsavedChangesQuestion()
+{
+    addHeader(1, QStringLiteral("P"));
+    addHeader(2, QStringLiteral("P"));
+    m_view.chosen = formatDistintaCode(1);
+    QVERIFY(m_editor->btnGestione_ClickED(E::Apri));
+
+    test::ScriptedPrompter prompter;
+    QVERIFY(m_editor->headerKeyPress());
+    m_editor->setHeaderText(E::Riferimenti, QStringLiteral("Pagamenti di marzo"));
+    QCOMPARE(m_view.maskShown(), QStringLiteral("YYYYYY"));
+
+    // "Salva" answered No: nothing happens.
+    prompter.script({Answer::No});
+    QVERIFY(m_editor->btnGestione_ClickED(E::Salva));
+    QCOMPARE(prompter.texts(), QStringList{E::SavePrompt});
+    QCOMPARE(m_editor->headerText(E::Riferimenti), QStringLiteral("Pagamenti di marzo"));
+    QCOMPARE(m_editor->mask(), QStringLiteral("YYYYYY"));
+
+    // Moving on answered No drops the changes.
+    prompter.script({Answer::No});
+    QVERIFY(m_editor->btnGestione_ClickED(E::Successiva));
+    QCOMPARE(m_editor->headerText(E::CodDistinta), QStringLiteral("2"));
+    QCOMPARE(m_view.maskShown(), QStringLiteral("YYNYYY"));
+    QVERIFY(m_editor->btnGestione_ClickED(E::Precedente));
+    QCOMPARE(m_editor->headerText(E::Riferimenti), QString());
+
+    // A save that its checks refuse keeps the changes and says the command did not go through.
+    QVERIFY(m_editor->headerKeyPress());
+    prompter.clear();
+    prompter.script({Answer::Yes});
+    QVERIFY(!m_editor->btnGestione_ClickED(E::Successiva));
+    QCOMPARE(
+        prompter.texts(),
+        (QStringList{E::SavePrompt, QStringLiteral("Imposssibile salvare non esistono righe!")}));
+    QCOMPARE(m_editor->headerText(E::CodDistinta), QStringLiteral("1"));
+    QVERIFY(m_editor->hasUnsavedChanges());
+}
+
+void TestDistintaEditor::dateBoxes_data()
+{
+    QTest::addColumn<int>("box");
+    QTest::addColumn<QString>("typed");
+    QTest::addColumn<int>("leave");
+    QTest::addColumn<QString>("shown");
+    QTest::addColumn<QDate>("creazione");
+    QTest::addColumn<QDate>("valuta");
+    QTest::addColumn<QString>("message");
+    const QDate before(2024, 3, 1);
+    QTest::newRow("two-digit year completed, value date follows")
+        << 0 << QStringLiteral("01/02/09__") << int(E::Leave::Accept)
+        << QStringLiteral("01/02/2009") << QDate(2009, 2, 1) << QDate(2009, 2, 1) << QString();
+    QTest::newRow("value date alone")
+        << 1 << QStringLiteral("20/03/2024") << int(E::Leave::Accept)
+        << QStringLiteral("20/03/2024") << before << QDate(2024, 3, 20) << QString();
+    QTest::newRow("empty creation date")
+        << 0 << QStringLiteral("__/__/____") << int(E::Leave::KeepFocus)
+        << QStringLiteral("__/__/____") << before << before
+        << QStringLiteral("Inserire la data di creazione della distinta!");
+    QTest::newRow("empty value date")
+        << 1 << QStringLiteral("__/__/____") << int(E::Leave::KeepFocus)
+        << QStringLiteral("__/__/____") << before << before
+        << QStringLiteral("Inserire la data valuta!");
+    QTest::newRow("not a day") << 0 << QStringLiteral("30/02/2024")
+                               << int(E::Leave::KeepFocusSelected) << QStringLiteral("30/02/2024")
+                               << before << before << QString();
+}
+
+void TestDistintaEditor::dateBoxes()
+{
+    QFETCH(int, box);
+    QFETCH(QString, typed);
+    QFETCH(int, leave);
+    QFETCH(QString, shown);
+    QFETCH(QDate, creazione);
+    QFETCH(QDate, valuta);
+    QFETCH(QString, message);
+
+    addHeader(1, QStringLiteral("P"));
+    m_view.chosen = formatDistintaCode(1);
+    QVERIFY(m_editor->btnGestione_ClickED(E::Apri));
+    test::ScriptedPrompter prompter;
+    m_view.dates[box] = typed;
+    QCOMPARE(int(m_editor->validateDate(DateBox(box), typed)), leave);
+    QCOMPARE(m_view.dates[box], shown);
+    QCOMPARE(m_editor->distinta().header().dat_data_creazione, creazione);
+    QCOMPARE(m_editor->distinta().header().dat_data_valuta, valuta);
+    QCOMPARE(prompter.texts(), message.isEmpty() ? QStringList() : QStringList{message});
+    if (!message.isEmpty())
+        QCOMPARE(prompter.shown().first().icon, Icon::Exclamation);
+    if (box == 0 && leave == int(E::Leave::Accept))
+        QCOMPARE(m_view.dates[1], QStringLiteral("01/02/2009"));
+}
+
+void TestDistintaEditor::closing()
+{
+    test::ScriptedPrompter prompter;
+    // No distinta: no question.
+    QVERIFY(m_editor->Form_QueryUnload());
+    QVERIFY(prompter.shown().isEmpty());
+
+    addHeader(1, QStringLiteral("P"));
+    m_view.chosen = formatDistintaCode(1);
+    QVERIFY(m_editor->btnGestione_ClickED(E::Apri));
+    m_view.dates[0] = QStringLiteral("01/03/2024");
+    m_view.dates[1] = QStringLiteral("__/__/____");
+    QVERIFY(!m_editor->Form_QueryUnload());
+    QCOMPARE(prompter.texts(), QStringList{QStringLiteral("Inserire la data valuta!")});
+    QCOMPARE(m_view.focusedBox, 1);
+
+    m_view.dates[1] = QStringLiteral("01/03/2024");
+    QVERIFY(m_editor->headerKeyPress());
+    prompter.clear();
+    prompter.script({Answer::No});
+    QVERIFY(m_editor->Form_QueryUnload());
+    QCOMPARE(prompter.texts(), QStringList{E::SavePrompt});
+}
+
+void TestDistintaEditor::newDistintaFromSelection()
+{
+    addHeader(4, QStringLiteral("P"));
+    test::ScriptedPrompter prompter;
+    // Closed without confirming: nothing changes.
+    QVERIFY(m_editor->btnGestione_ClickED(E::Nuova));
+    QVERIFY(!m_editor->hasDistinta());
+    QCOMPARE(m_view.maskShown(), QStringLiteral("YYNNYY"));
+
+    m_view.selection = SelectionResult{QStringLiteral("03069"), QStringLiteral("01600"),
+                                       QStringLiteral("10/03/2024"), QStringLiteral("__/__/____")};
+    QVERIFY(m_editor->btnGestione_ClickED(E::Nuova));
+    const Testata &h = m_editor->distinta().header();
+    QCOMPARE(h.cod_distinta, formatDistintaCode(5));
+    QCOMPARE(h.cod_abi_banca, QStringLiteral("03069"));
+    QCOMPARE(h.cod_cab_banca, QStringLiteral("01600"));
+    QCOMPARE(h.dat_data_creazione, QDate(2024, 3, 10));
+    QCOMPARE(h.dat_data_valuta, QDate(2024, 3, 15));     // not typed: today's stays
+    QCOMPARE(h.cod_sia_banca, QStringLiteral("000000")); // no bank records
+    QCOMPARE(m_view.maskShown(), QStringLiteral("YYYNYY"));
+    QVERIFY(m_view.aggiungi);
+    QVERIFY(!m_editor->existsInDatabase());
+    QVERIFY(prompter.shown().isEmpty());
+
+    // Printing needs a saved distinta.
+    QVERIFY(!m_editor->cmdStSolle_Click());
+    QCOMPARE(prompter.texts(), QStringList{QStringLiteral("Distinta non ancora salvata")});
+}
+
+void TestDistintaEditor::companyBankBlock()
+{
+    archives::ErpRecord ba1(archives::TabelleAzienda, QStringLiteral("BA1"));
+    ba1.setText(QStringLiteral("codice"), QStringLiteral("0306901600"));
+    ba1.setText(QStringLiteral("abi"), QStringLiteral("03069"));
+    ba1.setText(QStringLiteral("cab"), QStringLiteral("01600"));
+    ba1.setText(QStringLiteral("conto_ordinante"), QStringLiteral("000012345678"));
+    ba1.setText(QStringLiteral("des_banca"), QStringLiteral("Banca Intesa Forlì"));
+    m_rm->put(archives::TabelleAzienda, ba1.buffer());
+    archives::ErpRecord ba2(archives::TabelleAzienda, QStringLiteral("BA2"));
+    ba2.setText(QStringLiteral("codice"), QStringLiteral("0306901600"));
+    ba2.setText(QStringLiteral("sia"), QStringLiteral("A1B2C"));
+    m_rm->put(archives::TabelleAzienda, ba2.buffer());
+    archives::ErpRecord ba3(archives::TabelleAzienda, QStringLiteral("BA3"));
+    ba3.setText(QStringLiteral("codice"), QStringLiteral("0306901600"));
+    ba3.setText(QStringLiteral("riferimenti"), QStringLiteral("Fornitori marzo"));
+    m_rm->put(archives::TabelleAzienda, ba3.buffer());
+
+    addHeader(1, QStringLiteral("P"));
+    m_view.chosen = formatDistintaCode(1);
+    QVERIFY(m_editor->btnGestione_ClickED(E::Apri));
+    test::ScriptedPrompter prompter;
+
+    // A typed CAB is written with leading zeros and brings the bank's data.
+    m_editor->setHeaderText(E::CabBanca, QStringLiteral("1600"));
+    m_editor->validateBankField(E::CabBanca);
+    QVERIFY(prompter.shown().isEmpty());
+    QCOMPARE(m_editor->headerText(E::CabBanca), QStringLiteral("01600"));
+    QCOMPARE(m_editor->headerText(E::DesBanAzi), QStringLiteral("Banca Intesa Forlì"));
+    QCOMPARE(m_editor->headerText(E::CodSia), QStringLiteral("A1B2C"));
+    QCOMPARE(m_editor->headerText(E::Riferimenti), QStringLiteral("Fornitori marzo"));
+    QCOMPARE(m_editor->headerText(E::ContoOrdinante), QStringLiteral("000012345678"));
+    QCOMPARE(m_editor->headerText(E::CodiceAbi), QStringLiteral("03069"));
+
+    // An unknown agency.
+    m_editor->setHeaderText(E::CabBanca, QStringLiteral("99999"));
+    m_editor->validateBankField(E::CabBanca);
+    QCOMPARE(prompter.texts(), QStringList{QStringLiteral("Banca non trovata")});
+    QCOMPARE(m_editor->headerText(E::CodSia), QStringLiteral("000000"));
+    // The bank field reports nothing of its own.
+    prompter.clear();
+    m_editor->validateBankField(E::AbiBanca);
+    QVERIFY(prompter.shown().isEmpty());
+}
+
+QTEST_GUILESS_MAIN(TestDistintaEditor)
+#include "tst_distintaeditor.moc"
