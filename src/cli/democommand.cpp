@@ -7,6 +7,7 @@
 #include "archives/demoinstallation.h"
 #include "core/vbdate.h"
 #include "localdb/shippedschema.h"
+#include "printing/templatestore.h"
 
 #include <QDir>
 
@@ -43,6 +44,10 @@ int runDemo(CommandContext &context)
 
     archives::DemoInstallation installation(args.positional().first(), options);
     if (!installation.write(shippedSchemaDescription(), empty, &error))
+        return context.fail(error);
+    // The print templates, for the company to adapt in D_IMG.
+    const QString dImg = installation.orvidaDir() + QStringLiteral("D_IMG/");
+    if (!printing::TemplateStore::installShipped(dImg, &error))
         return context.fail(error);
 
     const QString root = QDir::toNativeSeparators(QDir::cleanPath(installation.rootDir()));

@@ -27,6 +27,7 @@ private slots:
     void printsTheDistintaToPdf();
     void refusals_data();
     void refusals();
+    void demoHasTheTemplates();
 
 private:
     int run(const QStringList &arguments);
@@ -232,6 +233,22 @@ void TestCmdPrint::refusals()
     QVERIFY(m_stdout.isEmpty());
     QVERIFY(!QFile::exists(m_out.filePath(QStringLiteral("x.pdf"))));
     QCOMPARE(state(), QStringLiteral("P"));
+}
+
+void TestCmdPrint::demoHasTheTemplates()
+{
+    // The ini values of the demo must stay short: a short directory of its own.
+    QTemporaryDir shortDir(QDir::tempPath() + QStringLiteral("/pgXXXXXX"));
+    const QString root = shortDir.path() + QStringLiteral("/d");
+    QCOMPARE(run({QStringLiteral("demo"), root, QStringLiteral("--empty")}), 0);
+    for (const QString &name : {QStringLiteral("Distinta"), QStringLiteral("Lettera")}) {
+        QFile copied(root + QStringLiteral("/orvida/D_IMG/") + name + QStringLiteral(".html"));
+        QVERIFY2(copied.open(QIODevice::ReadOnly), qPrintable(copied.fileName()));
+        QFile shipped(QStringLiteral(PAGAMENTI_SOURCE_DIR "/data/templates/") + name +
+                      QStringLiteral(".html"));
+        QVERIFY(shipped.open(QIODevice::ReadOnly));
+        QCOMPARE(copied.readAll(), shipped.readAll());
+    }
 }
 
 QTEST_MAIN(TestCmdPrint)
