@@ -5,6 +5,7 @@
 #include "editor/detaildialog.h"
 #include "editor/duitemprogress.h"
 #include "editor/selectiondialog.h"
+#include "printing/printinghooks.h"
 #include "ui/messageboxprompter.h"
 
 #include <QApplication>
@@ -72,6 +73,9 @@ void Program::connectOtherParts(editor::MainWindow &window)
         if (m_load->erp())
             editor::DetailDialog::showAccount(*m_load->erp(), code, caption, frame, parent);
     };
+
+    // The print dialog, the choice of printer and the list of the templates' fields.
+    printing::installPrintingHooks(hooks, *m_load, m_printers, [&window] { window.showPrinter(); });
 }
 
 bool Program::start(const QStringList &arguments)
