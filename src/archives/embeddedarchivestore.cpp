@@ -116,8 +116,8 @@ void EmbeddedArchiveStore::Private::readRecord(const OpenArchive &open, sqlite3_
                                                QByteArray &record)
 {
     const int length = open.layout->length;
-    const int stored = sqlite3_column_bytes(statement, 1);
     const char *bytes = static_cast<const char *>(sqlite3_column_blob(statement, 1));
+    const int stored = sqlite3_column_bytes(statement, 1);
     record.resize(length);
     char *out = record.data();
     const int copied = std::min(stored, length);
