@@ -2,6 +2,8 @@
 
 #include "stderrprompter.h"
 
+#include <cstdlib>
+
 namespace pg {
 
 namespace {
@@ -39,6 +41,8 @@ Answer msgBox(const QString &text, Buttons buttons, Icon icon, const QString &ti
 void endProcess(int exitCode)
 {
     prompter().endProcess(exitCode);
+    // Nothing of the program may run after the end of the process, whatever the prompter.
+    std::abort();
 }
 
 } // namespace pg
