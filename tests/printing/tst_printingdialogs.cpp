@@ -82,26 +82,29 @@ void TestPrintingDialogs::printDialog()
                 UserSettings());
     dialog.show();
     QVERIFY(QTest::qWaitForWindowExposed(&dialog));
-    QCOMPARE(dialog.windowTitle(), QStringLiteral("STAMPA DISTINTA"));
-    QCOMPARE(dialog.cmbTipo()->count(), 2);
-    QCOMPARE(dialog.cmbTipo()->itemText(1), QStringLiteral("Definitiva"));
-    QCOMPARE(dialog.cmbTipo()->currentText(), QStringLiteral("Prova"));
+    const QList<std::pair<QString, const char *>> texts{
+        {dialog.windowTitle(), "STAMPA DISTINTA"},
+        {labelFor(&dialog, dialog.cmbTipo()), "Tipo Stampa:"},
+        {dialog.cmbTipo()->currentText(), "Prova"},
+        {dialog.cmbTipo()->itemText(1), "Definitiva"},
+        {labelFor(&dialog, dialog.DataInvio()), "Data Presentazione:"},
+        {dialog.DataInvio()->maskedText(), "21/11/2026"},
+        {labelFor(&dialog, dialog.cmbModelli()), "Scelta Modello:"},
+        {dialog.cmbModelli()->currentText(), "Distinta"},
+        {dialog.chkAutoPrint()->text(), "Invia direttamente alla stampante"},
+        {dialog.chkTotali()->text(), "Stampa Riga Totali"},
+        {dialog.optGruppo(0)->text(), "Scad. in Dettaglio"},
+        {dialog.optGruppo(1)->text(), "Scad. Raggruppate"},
+        {dialog.cmdScegli()->text(), "Stampante=>>"},
+        {dialog.cmdStampa()->text(), "&Stampa"},
+        {dialog.cmdAnnulla()->text(), "&Annulla"},
+        {dialog.lstPrinters()->font().family(), "Courier New"},
+    };
+    for (const auto &[actual, expected] : texts)
+        QCOMPARE(actual, QString::fromUtf8(expected));
     QVERIFY(dialog.cmbTipo()->isEnabled());
-    QCOMPARE(labelFor(&dialog, dialog.cmbTipo()), QStringLiteral("Tipo Stampa:"));
-    QCOMPARE(labelFor(&dialog, dialog.DataInvio()), QStringLiteral("Data Presentazione:"));
-    QCOMPARE(labelFor(&dialog, dialog.cmbModelli()), QStringLiteral("Scelta Modello:"));
-    QCOMPARE(dialog.DataInvio()->maskedText(), QStringLiteral("21/11/2026"));
-    QCOMPARE(dialog.cmbModelli()->currentText(), QStringLiteral("Distinta"));
     QVERIFY(!dialog.cmbModelli()->isEnabled());
-    QCOMPARE(dialog.chkAutoPrint()->text(), QStringLiteral("Invia direttamente alla stampante"));
-    QCOMPARE(dialog.chkTotali()->text(), QStringLiteral("Stampa Riga Totali"));
-    QCOMPARE(dialog.optGruppo(0)->text(), QStringLiteral("Scad. in Dettaglio"));
-    QCOMPARE(dialog.optGruppo(1)->text(), QStringLiteral("Scad. Raggruppate"));
     QVERIFY(dialog.optGruppo(0)->isChecked());
-    QCOMPARE(dialog.cmdScegli()->text(), QStringLiteral("Stampante=>>"));
-    QCOMPARE(dialog.cmdStampa()->text(), QStringLiteral("&Stampa"));
-    QCOMPARE(dialog.cmdAnnulla()->text(), QStringLiteral("&Annulla"));
-    QCOMPARE(dialog.lstPrinters()->font().family(), QStringLiteral("Courier New"));
 
     // The printer list opens beside the choices, busy while it fills, and closes again.
     QVERIFY(!dialog.fragestione()->isVisible());

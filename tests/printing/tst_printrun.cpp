@@ -73,9 +73,8 @@ private slots:
     void stateAfterThePrint_data();
     void stateAfterThePrint();
     void refusals();
+    void pdfOfTheDistinta_data();
     void pdfOfTheDistinta();
-    void aboutFiftyRowsPerPage_data();
-    void aboutFiftyRowsPerPage();
 
 private:
     void setState(distinta::Distinta &d, const QString &state);
@@ -201,69 +200,20 @@ void TestPrintRun::refusals()
     QCOMPARE(d.header().flg_stato, QStringLiteral("P"));
 }
 
-void TestPrintRun::pdfOfTheDistinta()
-{
-    test::ScriptedPrompter prompter;
-    distinta::Distinta d = m_fx->saveDistinta(7);
-    const QString code = d.header().cod_distinta;
-    QTemporaryDir out;
-    PrintRun run(m_fx->store(), &m_fx->erp(), m_fx->company());
-
-    PrintOptions options;
-    options.presentationDate = QDate(2026, 11, 27);
-    PdfOutput proof(out.filePath(QStringLiteral("prova.pdf")));
-    QVERIFY(run.LanciaStampa(d, options, proof));
-    QString text = pdfPages(out.filePath(QStringLiteral("prova.pdf"))).join(u'\n');
-    QVERIFY(text.contains(QStringLiteral("STAMPA DI PROVA")));
-    QVERIFY(!text.contains(QStringLiteral("TOTALE DISTINTA")));
-    QCOMPARE(savedState(code), QStringLiteral("P"));
-
-    options.definitive = true;
-    options.totals = true;
-    PdfOutput final(out.filePath(QStringLiteral("definitiva.pdf")));
-    QVERIFY(run.LanciaStampa(d, options, final));
-    QCOMPARE(final.pagesWritten(), 1);
-    const QStringList pages = pdfPages(out.filePath(QStringLiteral("definitiva.pdf")));
-    QCOMPARE(pages.size(), 1);
-    text = pages.first();
-    QVERIFY(!text.contains(QStringLiteral("PROVA")));
-    QVERIFY(text.contains(QStringLiteral("DISTINTA DI PAGAMENTO N. 1")));
-    QVERIFY(text.contains(QStringLiteral("Data presentazione 27/11/2026")));
-    QVERIFY(text.contains(QStringLiteral("ORVIDA DEMO S.P.A.")));
-    QVERIFY(text.contains(QStringLiteral("BIANCHI & FIGLI <S.P.A.>")));
-    // One line per row, in the distinta's order: number, beneficiary ... amount, description.
-    double total = 0;
-    for (int i = 0; i < d.righe.size(); ++i) {
-        const distinta::Riga &row = d.righe.at(i);
-        const QString amount = vb::format(*row.val_imp_indist_val, u"#,0.00");
-        const QRegularExpression line(
-            QStringLiteral("^\\s*%1\\s.*\\s%2\\s+%3\\s*$")
-                .arg(QString::number(i + 1), QRegularExpression::escape(amount),
-                     QRegularExpression::escape(row.des_scadenza.trimmed())),
-            QRegularExpression::MultilineOption);
-        QVERIFY2(line.match(text).hasMatch(), qPrintable(QString::number(i + 1) + u' ' + amount));
-        total += *row.val_imp_indist_val;
-    }
-    const QRegularExpression totals(
-        QStringLiteral("TOTALE DISTINTA\\s.*7 disposizioni\\s+%1")
-            .arg(QRegularExpression::escape(vb::format(total, u"#,0.00"))));
-    QVERIFY2(totals.match(text).hasMatch(), qPrintable(text));
-    QVERIFY(text.contains(QStringLiteral("Distinta N. 1 del 21/11/2026")));
-    QVERIFY(text.contains(QStringLiteral("Pagina 1 di 1")));
-    QCOMPARE(savedState(code), QStringLiteral("D"));
-    QVERIFY2(prompter.shown().isEmpty(), qPrintable(prompter.texts().join(u'\n')));
-}
-
-void TestPrintRun::aboutFiftyRowsPerPage_data()
+void TestPrintRun::pdfOfTheDistinta_data()
 {
     QTest::addColumn<int>("rows");
-    QTest::newRow("one page") << 30;
-    QTest::newRow("three pages") << 130;
+    QTest::addColumn<bool>("definitive");
+    QTest::addColumn<bool>("totals");
+    QTest::newRow("one page, test print") << 7 << false << false;
+    QTest::newRow("three pages, final with totals") << 130 << true << true;
 }
 
-void TestPrintRun::aboutFiftyRowsPerPage()
+void TestPrintRun::pdfOfTheDistinta()
 {
     QFETCH(int, rows);
+    QFETCH(bool, definitive);
+    QFETCH(bool, totals);
     test::ScriptedPrompter prompter;
     distinta::Distinta d = m_fx->saveDistinta(rows);
     QCOMPARE(d.righe.size(), rows);
@@ -272,30 +222,52 @@ void TestPrintRun::aboutFiftyRowsPerPage()
     PrintRun run(m_fx->store(), &m_fx->erp(), m_fx->company());
     PdfOutput pdf(path);
     PrintOptions options;
-    options.totals = true;
+    options.definitive = definitive;
+    options.totals = totals;
+    options.presentationDate = QDate(2026, 11, 27);
     QVERIFY(run.LanciaStampa(d, options, pdf));
+    QVERIFY2(prompter.shown().isEmpty(), qPrintable(prompter.texts().join(u'\n')));
+    QCOMPARE(savedState(d.header().cod_distinta),
+             definitive ? QStringLiteral("D") : QStringLiteral("P"));
 
     const QStringList pages = pdfPages(path);
     QCOMPARE(pages.size(), pdf.pagesWritten());
-    // Every row once, in order; every page numbered; every full page about fifty rows.
+    QVERIFY(pages.first().contains(QStringLiteral("DISTINTA DI PAGAMENTO N. 1")));
+    QVERIFY(pages.first().contains(QStringLiteral("Data presentazione 27/11/2026")));
+    // Every row once, in the distinta's order: number ... amount, description. Every page
+    // numbered and, for a test print, marked; every full page about fifty rows.
     const QRegularExpression rowLine(
-        QStringLiteral("^\\s*(\\d+)\\s+\\S.*\\s\\d{1,3}(\\.\\d{3})*,\\d\\d\\s"),
+        QStringLiteral(
+            "^\\s*(\\d+)\\s+\\S.*\\s(\\d{1,3}(?:\\.\\d{3})*,\\d\\d)\\s+(Vs\\.Fatt\\. \\d+)\\s*$"),
         QRegularExpression::MultilineOption);
-    int expected = 1;
+    int next = 0;
+    double total = 0;
     for (int p = 0; p < pages.size(); ++p) {
         int onPage = 0;
-        for (auto it = rowLine.globalMatch(pages.at(p)); it.hasNext();) {
-            QCOMPARE(it.next().captured(1).toInt(), expected++);
-            ++onPage;
+        for (auto it = rowLine.globalMatch(pages.at(p)); it.hasNext(); ++onPage) {
+            const QRegularExpressionMatch match = it.next();
+            QVERIFY(next < rows);
+            const distinta::Riga &row = d.righe.at(next++);
+            QCOMPARE(match.captured(1).toInt(), next);
+            QCOMPARE(match.captured(2), vb::format(*row.val_imp_indist_val, u"#,0.00"));
+            QCOMPARE(match.captured(3), row.des_scadenza.trimmed());
+            total += *row.val_imp_indist_val;
         }
+        QVERIFY(pages.at(p).contains(QStringLiteral("Distinta N. 1 del 21/11/2026")));
         QVERIFY(
             pages.at(p).contains(QStringLiteral("Pagina %1 di %2").arg(p + 1).arg(pages.size())));
+        QCOMPARE(pages.at(p).contains(QStringLiteral("STAMPA DI PROVA")), !definitive);
         if (p + 1 < pages.size())
             QVERIFY2(onPage >= 35 && onPage <= 55, qPrintable(QString::number(onPage)));
     }
-    QCOMPARE(expected - 1, rows);
+    QCOMPARE(next, rows);
     if (rows <= 35)
         QCOMPARE(pages.size(), 1);
+    const QRegularExpression totalsLine(
+        QStringLiteral("TOTALE DISTINTA\\s.*%1 disposizioni\\s+%2")
+            .arg(rows)
+            .arg(QRegularExpression::escape(vb::format(total, u"#,0.00"))));
+    QCOMPARE(totalsLine.match(pages.last()).hasMatch(), totals);
 }
 
 QTEST_MAIN(TestPrintRun)
