@@ -13,9 +13,11 @@ namespace pg::printing {
 
 namespace {
 
+// A direct print goes to a printer of the system, never to a file: without one (no printer
+// installed, none by default) Qt would fall back to PDF output, which prints nothing.
 bool printerMissing(const QPrinter &printer)
 {
-    if (printer.isValid())
+    if (printer.outputFormat() == QPrinter::NativeFormat && printer.isValid())
         return false;
     msgBox(QStringLiteral("Nessuna stampante disponibile: la stampa non è stata eseguita."),
            Buttons::Ok, Icon::Exclamation);
@@ -42,7 +44,11 @@ bool PrinterOutput::deliver(const PrintDocument &document, const QString &title)
         return false;
     printer.setDocName(title);
     printer.setPageLayout(document.pageLayout());
-    return document.print(printer) > 0;
+    if (document.print(printer) > 0)
+        return true;
+    msgBox(QStringLiteral("Impossibile stampare sulla stampante %1").arg(printer.printerName()),
+           Buttons::Ok, Icon::Critical);
+    return false;
 }
 
 bool PrinterOutput::MandaInStampa(const QString &text, const QString &title)

@@ -7,11 +7,13 @@
 #include "printing/mergefield.h"
 #include "printing/printarchivereader.h"
 #include "printing/printdocument.h"
+#include "printing/printeroutput.h"
 #include "printing/templatestore.h"
 #include "startup/companyenvironment.h"
 
 #include <QDir>
 #include <QFile>
+#include <QPrinterInfo>
 #include <QTest>
 
 using namespace pg;
@@ -46,7 +48,7 @@ private slots:
     void valuesOfTheDistintaAndTheArchives();
     void groupedRows();
     void templatesInTheImageDirectory();
-    void externalProgram();
+    void externalProgramAndPrinter();
 
 private:
     std::unique_ptr<PrintFixture> m_fx;
@@ -189,7 +191,7 @@ void TestPrintData::templatesInTheImageDirectory()
     QVERIFY(copied.open(QIODevice::ReadWrite));
 }
 
-void TestPrintData::externalProgram()
+void TestPrintData::externalProgramAndPrinter()
 {
     test::ScriptedPrompter prompter;
     const QString dir = OrvidaDir() + QStringLiteral("D_STM/");
@@ -218,6 +220,14 @@ void TestPrintData::externalProgram()
     QCOMPARE(prompter.lastText(),
              QStringLiteral("Indicare nelle Opzioni il programma da utilizzare per la stampa."));
     QVERIFY(launched.isEmpty());
+
+    // Straight to the printer on a machine without printers: nothing goes out, and the clerk
+    // is told (never a silent PDF in place of the print).
+    if (QPrinterInfo::availablePrinterNames().isEmpty()) {
+        QVERIFY(!PrinterOutput(std::nullopt).deliver(document, QStringLiteral("Distinta_7")));
+        QCOMPARE(prompter.lastText(),
+                 QStringLiteral("Nessuna stampante disponibile: la stampa non è stata eseguita."));
+    }
 }
 
 QTEST_MAIN(TestPrintData)
