@@ -3,26 +3,27 @@
 //   save   - a new distinta of N rows: grouping, one local transaction, N rewrites of due
 //            items; limit: a plain insert of the same rows in one transaction plus a plain
 //            read-and-rewrite of the same records through the record manager.
-//   read   - Leggi of that distinta; limit: a plain select of the same rows.
+//   read   - Leggi of that distinta and the refresh of its list (the lines again, the cells of
+//            a screenful formatted, each account's name read once); limit: a plain select of
+//            the same rows.
 //
 //   bench_distinta [--rows N] [--runs R]
 //
-// Prints one line a measure: name, size, median milliseconds, limit milliseconds, ratio.
 
+#include "benchcommon.h"
 #include "testinstallation.h"
 
 #include "archives/archivenumbers.h"
 #include "distinta/distintestore.h"
 #include "distinta/tablesql.h"
+#include "editor/listcolumns.h"
+#include "editor/rowlistmodel.h"
+#include "lists/usersettings.h"
 #include "localdb/databaseconnection.h"
 
 #include <QCoreApplication>
-#include <QElapsedTimer>
 #include <QSqlQuery>
 
-#include <algorithm>
-#include <cstdio>
-#include <functional>
 
 using namespace pg;
 using namespace pg::distinta;
@@ -56,26 +57,6 @@ Riga rowFor(int n)
     r.val_imp_indist_val = r.val_imp_indist_eur = r.val_imp_dapag_val;
     r.des_scadenza = QStringLiteral("Vs.Fatt. ") + r.des_num_doc;
     return r;
-}
-
-double median(QList<double> values)
-{
-    std::sort(values.begin(), values.end());
-    return values.isEmpty() ? 0 : values.at(values.size() / 2);
-}
-
-double timed(const std::function<void()> &work)
-{
-    QElapsedTimer timer;
-    timer.start();
-    work();
-    return timer.nsecsElapsed() / 1e6;
-}
-
-void report(const char *name, int size, double ms, double limit)
-{
-    std::printf("%-10s %8d %10.1f ms %10.1f ms %6.2f\n", name, size, ms, limit, limit > 0 ? ms / limit : 0);
-    std::fflush(stdout);
 }
 
 } // namespace
@@ -120,17 +101,27 @@ int main(int argc, char **argv)
             r.cod_distinta = d.header().cod_distinta;
             d.righe.append(r);
         }
-        save << timed([&] {
+        save << bench::timedMs([&] {
             if (!store.Salva(d, false, false))
                 std::fprintf(stderr, "save failed\n");
         });
         const QString code = d.header().cod_distinta;
 
         Distinta back;
-        read << timed([&] { store.Leggi(back, code); });
+        read << bench::timedMs([&] {
+            store.Leggi(back, code);
+            editor::RowListModel model;
+            model.setSession(&inst.erp());
+            model.LV_InizializzaLista(editor::configuredColumns(currentSettings()));
+            model.setDistinta(&back);
+            model.LV_RefreshLista();
+            for (int row = 0; row < qMin(50, model.rowCount()); ++row)
+                for (int column = 0; column < model.columnCount(); ++column)
+                    model.data(model.index(row, column));
+        });
 
         // The limits: the same rows inserted plainly, the same records read and rewritten.
-        saveLimit << timed([&] {
+        saveLimit << bench::timedMs([&] {
             DatabaseConnection conn(inst.databasePath());
             QSqlQuery q(conn.database());
             q.exec(QStringLiteral("CREATE TEMP TABLE plain AS SELECT * FROM TB_RIGHE WHERE 0"));
@@ -156,7 +147,7 @@ int main(int argc, char **argv)
                 inst.erp().rewrite(record);
             }
         });
-        readLimit << timed([&] {
+        readLimit << bench::timedMs([&] {
             DatabaseConnection conn(inst.databasePath());
             QSqlQuery q(conn.database());
             q.setForwardOnly(true);
@@ -176,7 +167,8 @@ int main(int argc, char **argv)
         });
         store.Cancella(d);
     }
-    report("save", rows, median(save), median(saveLimit));
-    report("read", rows, median(read), median(readLimit));
+    bench::report("salvataggio distinta", rows, bench::median(save), bench::median(saveLimit));
+    bench::report("lettura e lista", rows, bench::median(read), bench::median(readLimit));
+    bench::reportMemory("salvataggio e lettura");
     return 0;
 }

@@ -83,6 +83,7 @@ int main(int argc, char **argv)
     }
     std::fprintf(stderr, "%lld scadenze lette, %d righe aggiunte\n", static_cast<long long>(records), added);
     bench::report("selezione (filtro, righe)", records, bench::median(walk), bench::median(scan));
+    bench::reportMemory("selezione (filtro, righe)");
     store.VBEnd(Handle);
     return 0;
 }

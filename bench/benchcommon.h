@@ -5,11 +5,16 @@
 // machine, the same run), and the ratio of the two.
 
 #include <QElapsedTimer>
+#include <QtGlobal>
 #include <QList>
 
 #include <algorithm>
 #include <cstdio>
 #include <functional>
+
+#ifdef Q_OS_UNIX
+#include <sys/resource.h>
+#endif
 
 namespace pg::bench {
 
@@ -31,6 +36,23 @@ inline void report(const char *name, qint64 size, double ms, double limitMs)
 {
     std::printf("%-28s %9lld %11.1f ms %11.1f ms %7.2f\n", name, static_cast<long long>(size), ms,
                 limitMs, limitMs > 0 ? ms / limitMs : 0.0);
+    std::fflush(stdout);
+}
+
+// The peak resident size of this process so far, in megabytes (0 where it is not known).
+inline double peakResidentMb()
+{
+#ifdef Q_OS_UNIX
+    rusage usage{};
+    if (getrusage(RUSAGE_SELF, &usage) == 0)
+        return double(usage.ru_maxrss) / 1024.0; // kilobytes on Linux
+#endif
+    return 0;
+}
+
+inline void reportMemory(const char *name)
+{
+    std::printf("%-28s picco di memoria %.0f MB\n", name, peakResidentMb());
     std::fflush(stdout);
 }
 
