@@ -1,5 +1,6 @@
 #pragma once
 
+#include "batchstatement.h"
 #include "recordset.h"
 
 #include "startup/dberror.h"
@@ -7,6 +8,8 @@
 #include <QSqlDatabase>
 #include <QSqlQuery>
 #include <QStringList>
+
+#include <optional>
 
 namespace pg::distinta::sql {
 
@@ -74,55 +77,44 @@ QList<qint64> writeChanges(QSqlDatabase &db, QLatin1StringView table, const Reco
     QList<qint64> added;
 
     if (!set.removedRowids().isEmpty()) {
-        QSqlQuery del(db);
-        if (!del.prepare(QStringLiteral("DELETE FROM ") + tableName + QStringLiteral(" WHERE rowid = ?")))
-            throw databaseError(del.lastError());
+        BatchStatement del(db, QStringLiteral("DELETE FROM ") + tableName + QStringLiteral(" WHERE rowid = ?"));
         for (qint64 rowid : set.removedRowids()) {
-            del.bindValue(0, rowid);
-            if (!del.exec())
-                throw databaseError(del.lastError());
+            del.bind(0, rowid);
+            del.exec();
         }
     }
 
-    QSqlQuery update(db);
-    QSqlQuery insert(db);
-    bool updatePrepared = false;
-    bool insertPrepared = false;
+    std::optional<BatchStatement> update;
+    std::optional<BatchStatement> insert;
     for (const auto &e : set.entries()) {
         if (e.status == Status::Changed) {
-            if (!updatePrepared) {
+            if (!update) {
                 QStringList assignments;
                 for (const auto &c : columns)
                     assignments << QString(c.name) + QStringLiteral(" = ?");
-                if (!update.prepare(QStringLiteral("UPDATE ") + tableName + QStringLiteral(" SET ") +
-                                    assignments.join(QStringLiteral(", ")) +
-                                    QStringLiteral(" WHERE rowid = ?")))
-                    throw databaseError(update.lastError());
-                updatePrepared = true;
+                update.emplace(db, QStringLiteral("UPDATE ") + tableName + QStringLiteral(" SET ") +
+                                       assignments.join(QStringLiteral(", ")) +
+                                       QStringLiteral(" WHERE rowid = ?"));
             }
             int i = 0;
             for (const auto &c : columns)
-                update.bindValue(i++, storedValue(c, e.data));
-            update.bindValue(i, e.rowid);
-            if (!update.exec())
-                throw databaseError(update.lastError());
+                update->bind(i++, storedValue(c, e.data));
+            update->bind(i, e.rowid);
+            update->exec();
         } else if (e.status == Status::Added) {
-            if (!insertPrepared) {
+            if (!insert) {
                 QStringList marks;
                 for (int i = 0; i < columns.size(); ++i)
                     marks << QStringLiteral("?");
-                if (!insert.prepare(QStringLiteral("INSERT INTO ") + tableName + QStringLiteral(" (") +
-                                    columnList<Record>() + QStringLiteral(") VALUES (") +
-                                    marks.join(QStringLiteral(", ")) + u')'))
-                    throw databaseError(insert.lastError());
-                insertPrepared = true;
+                insert.emplace(db, QStringLiteral("INSERT INTO ") + tableName + QStringLiteral(" (") +
+                                       columnList<Record>() + QStringLiteral(") VALUES (") +
+                                       marks.join(QStringLiteral(", ")) + u')');
             }
             int i = 0;
             for (const auto &c : columns)
-                insert.bindValue(i++, storedValue(c, e.data));
-            if (!insert.exec())
-                throw databaseError(insert.lastError());
-            added.append(insert.lastInsertId().toLongLong());
+                insert->bind(i++, storedValue(c, e.data));
+            insert->exec();
+            added.append(insert->lastInsertId());
         }
     }
     return added;

@@ -1,0 +1,112 @@
+#include "batchstatement.h"
+
+#include "startup/dberror.h"
+
+#include <QDate>
+#include <QSqlDriver>
+#include <QSqlError>
+
+#include <sqlite3.h>
+
+namespace pg::distinta {
+
+namespace {
+
+sqlite3 *nativeHandle(QSqlDatabase &db)
+{
+    const QVariant handle = db.driver()->handle();
+    if (handle.isValid() && qstrcmp(handle.typeName(), "sqlite3*") == 0)
+        return *static_cast<sqlite3 *const *>(handle.constData());
+    return nullptr;
+}
+
+} // namespace
+
+BatchStatement::BatchStatement(QSqlDatabase &db, const QString &sql)
+    : m_handle(nativeHandle(db))
+{
+    if (m_handle) {
+        if (sqlite3_prepare16_v2(m_handle, sql.utf16(), int(sql.size() * sizeof(char16_t)), &m_statement,
+                                 nullptr) != SQLITE_OK)
+            fail();
+        return;
+    }
+    m_query.emplace(db);
+    if (!m_query->prepare(sql))
+        throw databaseError(m_query->lastError());
+}
+
+BatchStatement::~BatchStatement()
+{
+    if (m_statement)
+        sqlite3_finalize(m_statement);
+}
+
+void BatchStatement::fail() const
+{
+    const int code = sqlite3_extended_errcode(m_handle);
+    throw databaseError(QSqlError(QStringLiteral("Errore del database"),
+                                  QString::fromUtf8(sqlite3_errmsg(m_handle)),
+                                  QSqlError::StatementError, QString::number(code)));
+}
+
+void BatchStatement::bind(int index, const QVariant &value)
+{
+    if (!m_statement) {
+        m_query->bindValue(index, value);
+        return;
+    }
+    const int position = index + 1;
+    int rc = SQLITE_OK;
+    if (value.isNull()) {
+        rc = sqlite3_bind_null(m_statement, position);
+    } else {
+        switch (value.typeId()) {
+        case QMetaType::Double:
+            rc = sqlite3_bind_double(m_statement, position, value.toDouble());
+            break;
+        case QMetaType::Int:
+        case QMetaType::LongLong:
+        case QMetaType::UInt:
+        case QMetaType::ULongLong:
+            rc = sqlite3_bind_int64(m_statement, position, value.toLongLong());
+            break;
+        case QMetaType::QDate: {
+            const QString text = value.toDate().toString(Qt::ISODate);
+            rc = sqlite3_bind_text16(m_statement, position, text.utf16(),
+                                     int(text.size() * sizeof(char16_t)), SQLITE_TRANSIENT);
+            break;
+        }
+        default: {
+            const QString text = value.toString();
+            rc = sqlite3_bind_text16(m_statement, position, text.utf16(),
+                                     int(text.size() * sizeof(char16_t)), SQLITE_TRANSIENT);
+            break;
+        }
+        }
+    }
+    if (rc != SQLITE_OK)
+        fail();
+}
+
+void BatchStatement::exec()
+{
+    if (!m_statement) {
+        if (!m_query->exec())
+            throw databaseError(m_query->lastError());
+        return;
+    }
+    const int rc = sqlite3_step(m_statement);
+    sqlite3_reset(m_statement);
+    if (rc != SQLITE_DONE && rc != SQLITE_ROW)
+        fail();
+}
+
+qint64 BatchStatement::lastInsertId() const
+{
+    if (!m_statement)
+        return m_query->lastInsertId().toLongLong();
+    return sqlite3_last_insert_rowid(m_handle);
+}
+
+} // namespace pg::distinta

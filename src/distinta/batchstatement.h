@@ -1,0 +1,41 @@
+#pragma once
+
+#include <QSqlDatabase>
+#include <QSqlQuery>
+#include <QVariant>
+
+#include <optional>
+
+struct sqlite3;
+struct sqlite3_stmt;
+
+namespace pg::distinta {
+
+// A statement prepared once and run for every row of a batch, its values bound by position.
+// On the SQLite engine it runs through the engine's own interface on the connection's handle,
+// inside the connection's transaction: binding a value through Qt SQL costs more than writing
+// the row, and a distinta of ten thousand rows is written in one go. On any other engine it
+// runs through Qt SQL. Values are stored exactly as Qt SQL stores them (texts as text, dates
+// as "yyyy-MM-dd", numbers as numbers), so that either way reads back the same. A failure
+// raises the database's AppError.
+class BatchStatement
+{
+public:
+    BatchStatement(QSqlDatabase &db, const QString &sql);
+    ~BatchStatement();
+    BatchStatement(const BatchStatement &) = delete;
+    BatchStatement &operator=(const BatchStatement &) = delete;
+
+    void bind(int index, const QVariant &value);
+    void exec();
+    qint64 lastInsertId() const;
+
+private:
+    [[noreturn]] void fail() const;
+
+    sqlite3 *m_handle = nullptr;
+    sqlite3_stmt *m_statement = nullptr;
+    std::optional<QSqlQuery> m_query;
+};
+
+} // namespace pg::distinta
