@@ -28,10 +28,28 @@ QString defaultGroupDescriptionTemplate()
     return QStringLiteral("Pagamentio NNN Scadenze").leftJustified(30, u' ', true);
 }
 
+namespace {
+
+// Puts the new grouped rows in place of the old ones, keeping every old row that comes out
+// the same: a save after regrouping then writes only the payments that changed.
+void replaceGroups(RecordSet<Riga> &groups, const RecordSet<Riga> &rebuilt)
+{
+    int i = 0;
+    for (; i < rebuilt.size(); ++i) {
+        if (i >= groups.size())
+            groups.append(rebuilt.at(i));
+        else if (!(groups.at(i) == rebuilt.at(i)))
+            groups.replace(i, rebuilt.at(i));
+    }
+    while (groups.size() > i)
+        groups.removeAt(groups.size() - 1);
+}
+
+} // namespace
+
 void raggruppaRighe(Distinta &distinta, const QString &groupTemplate)
 {
-    RecordSet<Riga> &groups = distinta.righeRagg;
-    groups.removeAll();
+    RecordSet<Riga> groups;
 
     QHash<QString, int> groupOf;
     QString description;
@@ -82,6 +100,7 @@ void raggruppaRighe(Distinta &distinta, const QString &groupTemplate)
             }
         }
     }
+    replaceGroups(distinta.righeRagg, groups);
 }
 
 } // namespace pg::distinta

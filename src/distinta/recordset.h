@@ -42,6 +42,13 @@ public:
     }
     Record &editFirst() { return edit(0); }
 
+    // Puts another record in the row's place; the row is written back by the next save.
+    void replace(int i, const Record &record)
+    {
+        edit(i) = record;
+        m_indexValid = false;
+    }
+
     int append(const Record &record)
     {
         m_rows.append(Entry{record, 0, Status::Added});

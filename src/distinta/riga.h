@@ -51,6 +51,8 @@ struct Riga
     static QString keyOf(const QString &flag, const QString &link);
 
     static const QList<ColumnDef<Riga>> &columns();
+
+    bool operator==(const Riga &other) const = default;
 };
 
 } // namespace pg::distinta

@@ -204,14 +204,28 @@ void TestRaggruppamento::missingAmountsStayMissing()
 void TestRaggruppamento::regroupingReplacesPreviousGroups()
 {
     Distinta d = distintaOf({row(QStringLiteral("200001"), QStringLiteral("03069"), QStringLiteral("01600"),
-                                 QStringLiteral("1"), 1)});
-    RecordSet<Riga>::Entry saved{d.righe.at(0), 42, RecordSet<Riga>::Status::Unchanged};
-    d.righeRagg.load({saved});
+                                 QStringLiteral("1"), 1),
+                             row(QStringLiteral("200002"), QStringLiteral("03069"), QStringLiteral("01600"),
+                                 QStringLiteral("2"), 2)});
     raggruppaRighe(d, Template);
-    QCOMPARE(d.righeRagg.size(), 1);
-    // The saved grouped row is deleted by the next save; the new one is added.
-    QCOMPARE(d.righeRagg.removedRowids(), QList<qint64>{42});
-    QCOMPARE(d.righeRagg.entries().at(0).status, RecordSet<Riga>::Status::Added);
+    // As saved: the first payment as it will come out again, the second with another amount,
+    // and a third payment that no row makes any more.
+    Riga stale = d.righeRagg.at(1);
+    stale.val_imp_dapag_val = 99;
+    Riga gone = d.righeRagg.at(1);
+    gone.cod_clifor = QStringLiteral("200003");
+    using Entry = RecordSet<Riga>::Entry;
+    d.righeRagg.load({Entry{d.righeRagg.at(0), 41, RecordSet<Riga>::Status::Unchanged},
+                      Entry{stale, 42, RecordSet<Riga>::Status::Unchanged},
+                      Entry{gone, 43, RecordSet<Riga>::Status::Unchanged}});
+    raggruppaRighe(d, Template);
+    QCOMPARE(d.righeRagg.size(), 2);
+    QCOMPARE(d.righeRagg.entries().at(0).status, RecordSet<Riga>::Status::Unchanged);
+    QCOMPARE(d.righeRagg.entries().at(1).status, RecordSet<Riga>::Status::Changed);
+    QCOMPARE(d.righeRagg.entries().at(1).rowid, qint64(42));
+    QCOMPARE(d.righeRagg.at(1).val_imp_dapag_val, 2.0);
+    QCOMPARE(d.righeRagg.removedRowids(), QList<qint64>{43});
+    QCOMPARE(d.righeRagg.indexOfKey(d.righe.at(1).key()), 1);
 }
 
 QTEST_GUILESS_MAIN(TestRaggruppamento)
