@@ -180,6 +180,8 @@ int main(int argc, char **argv)
         recorder.clear();
         bankfile::ConfirmedCreaFileDialog dialog(file);
         bankfile::CreaFileCommand command(store, erp, company, dialog);
+        // The flat file this benchmark measures, whatever format the settings remember.
+        command.setProposedFormat(BankFileFormat::CbiFlat);
         cbi << bench::timedMs([&] {
             if (command.cmdCreaFile(d, false, {}) != bankfile::CreaFileCommand::Outcome::Written)
                 std::fprintf(stderr, "file non scritto\n");

@@ -1,6 +1,8 @@
 #include "creafilecommand.h"
 
 #include "bonificifile.h"
+#include "sepaxmlfile.h"
+#include "xsdvalidator.h"
 
 #include "core/apperror.h"
 #include "core/distintacode.h"
@@ -13,9 +15,9 @@
 #include "startup/companyenvironment.h"
 #include "startup/errortrap.h"
 
+#include <QDateTime>
 #include <QDir>
 #include <QSaveFile>
-
 
 namespace pg::bankfile {
 
@@ -30,16 +32,39 @@ bool CreaFileCommand::ControllaValutaDistinta(const distinta::Testata &header)
     return code.isEmpty() || code.compare(QStringLiteral("EU"), Qt::CaseInsensitive) == 0;
 }
 
-QString CreaFileCommand::proposedPath(const QString &codDistinta)
+QString CreaFileCommand::proposedPath(const QString &codDistinta, BankFileFormat format)
 {
     return OrvidaDir() + QStringLiteral("D_STM/CBI_") + codDistinta.trimmed() +
-           QStringLiteral(".txt");
+           CreaFileFields::extension(format);
 }
 
-QString CreaFileCommand::fileTag(const QString &codDistinta)
+QString CreaFileCommand::fileTag(const QString &codDistinta, BankFileFormat format)
 {
-    return QStringLiteral("/CBI_") + codDistinta.trimmed() + QStringLiteral(".txt");
+    return QStringLiteral("/CBI_") + codDistinta.trimmed() + CreaFileFields::extension(format);
 }
+
+QString CreaFileCommand::messaggioCucMancante()
+{
+    return QStringLiteral("Manca il codice CUC dell'azienda, necessario per il file XML dei "
+                          "bonifici: indicarlo nelle Opzioni.");
+}
+
+QString CreaFileCommand::messaggioCucErrato(const QString &cuc)
+{
+    return QStringLiteral("Il codice CUC dell'azienda '") + cuc +
+           QStringLiteral("' non è valido: deve essere di 8 lettere o cifre.");
+}
+
+namespace {
+
+AppError pathError(const QString &path, const QString &reason)
+{
+    return AppError(AppError::PathFileAccess, QStringLiteral("Path/File access error: ") +
+                                                  QDir::toNativeSeparators(path) +
+                                                  QStringLiteral(" (") + reason + u')');
+}
+
+} // namespace
 
 CreaFileCommand::Outcome
 CreaFileCommand::cmdCreaFile(distinta::Distinta &d, bool unsavedChanges,
@@ -78,6 +103,7 @@ CreaFileCommand::run(distinta::Distinta &d, bool unsavedChanges,
     const UserSettings &settings = currentSettings();
     const bool grouped = settings.raggruppa == 1;
     const bool modDescr = settings.modDescr == 1;
+    const BankFileFormat proposed = m_proposedFormat.value_or(settings.formatoBonifici);
 
     const distinta::Testata &header = d.header();
     CreaFileFields fields;
@@ -87,13 +113,18 @@ CreaFileCommand::run(distinta::Distinta &d, bool unsavedChanges,
         fields.codSia = header.cod_sia_banca;
     fields.contoOrd = header.des_conto_ordinante;
     fields.rifMitt = header.des_riferimenti;
-    fields.fileTag = fileTag(header.cod_distinta);
-    fields.fileName = proposedPath(header.cod_distinta);
+    fields.format = proposed;
+    fields.fileTag = fileTag(header.cod_distinta, proposed);
+    fields.fileName = proposedPath(header.cod_distinta, proposed);
     m_outputPath = fields.fileName;
 
     if (m_dialog.exec(fields, d, grouped) != CreaFileDialog::confirmed())
         return Outcome::Cancelled;
     m_outputPath = fields.fileName;
+    if (fields.format != proposed) {
+        currentSettings().formatoBonifici = fields.format;
+        pSaveBonifici();
+    }
 
     // The ordering data come back from the dialog into the header, which the file reads.
     if (d.header().cod_sia_banca != fields.codSia)
@@ -103,11 +134,38 @@ CreaFileCommand::run(distinta::Distinta &d, bool unsavedChanges,
     if (d.header().des_riferimenti != fields.rifMitt)
         d.editHeader().des_riferimenti = fields.rifMitt;
 
-    writeFile(d, grouped, modDescr);
+    if (fields.format == BankFileFormat::SepaXml) {
+        const QString cuc = cucForXml();
+        if (cuc.isEmpty())
+            return Outcome::NoCuc;
+        const Outcome written = writeXml(d, grouped, cuc);
+        if (written != Outcome::Written)
+            return written;
+    } else {
+        writeFile(d, grouped, modDescr);
+    }
 
     m_store.AggiornaFlagStato(d, QStringLiteral("F"));
     msgBox(QStringLiteral("Elaborazione Completata"));
     return Outcome::Written;
+}
+
+void CreaFileCommand::markDueItem(distinta::ErpWriteBack &writeBack, const distinta::Riga &row,
+                                  const distinta::Testata &header,
+                                  const std::function<int(const QString &)> &rowsWithKey)
+{
+    switch (writeBack.update(row, header, rowsWithKey)) {
+    case distinta::ErpWriteBack::Outcome::Done:
+        return;
+    case distinta::ErpWriteBack::Outcome::ReadFailed:
+        throw AppError(distinta::DistinteStore::ErrSalvaRicerca,
+                       QStringLiteral("Errore in ricerca archivi [orvida]"),
+                       QStringLiteral("cmdCreaFile"));
+    case distinta::ErpWriteBack::Outcome::RewriteFailed:
+        throw AppError(distinta::DistinteStore::ErrSalvaAggiornamento,
+                       QStringLiteral("Errore in aggiornamento archivi [orvida]"),
+                       QStringLiteral("cmdCreaFile"));
+    }
 }
 
 void CreaFileCommand::writeFile(distinta::Distinta &d, bool grouped, bool modDescr)
@@ -117,10 +175,7 @@ void CreaFileCommand::writeFile(distinta::Distinta &d, bool grouped, bool modDes
 
     QSaveFile file(m_outputPath);
     if (!file.open(QIODevice::WriteOnly))
-        throw AppError(AppError::PathFileAccess, QStringLiteral("Path/File access error: ") +
-                                                     QDir::toNativeSeparators(m_outputPath) +
-                                                     QStringLiteral(" (") + file.errorString() +
-                                                     u')');
+        throw pathError(m_outputPath, file.errorString());
 
     // Plain rows mark their due items in the suite as the file is built (AggiornaScadenza),
     // with one count of the distinte's rows for the whole file.
@@ -129,27 +184,72 @@ void CreaFileCommand::writeFile(distinta::Distinta &d, bool grouped, bool modDes
     const std::function<int(const QString &)> rowsWithKey = std::ref(counts);
     BonificiFile bonifici(m_erp, m_company, modDescr);
     bonifici.build(d.header(), rows, [&](int k) {
-        if (grouped)
-            return;
-        switch (writeBack.update(rows.at(k), d.header(), rowsWithKey)) {
-        case distinta::ErpWriteBack::Outcome::Done:
-            return;
-        case distinta::ErpWriteBack::Outcome::ReadFailed:
-            throw AppError(distinta::DistinteStore::ErrSalvaRicerca,
-                           QStringLiteral("Errore in ricerca archivi [orvida]"),
-                           QStringLiteral("cmdCreaFile"));
-        case distinta::ErpWriteBack::Outcome::RewriteFailed:
-            throw AppError(distinta::DistinteStore::ErrSalvaAggiornamento,
-                           QStringLiteral("Errore in aggiornamento archivi [orvida]"),
-                           QStringLiteral("cmdCreaFile"));
-        }
+        if (!grouped)
+            markDueItem(writeBack, rows.at(k), d.header(), rowsWithKey);
     });
     bonifici.write(file);
     if (!file.commit())
-        throw AppError(AppError::PathFileAccess, QStringLiteral("Path/File access error: ") +
-                                                     QDir::toNativeSeparators(m_outputPath) +
-                                                     QStringLiteral(" (") + file.errorString() +
-                                                     u')');
+        throw pathError(m_outputPath, file.errorString());
+}
+
+QString CreaFileCommand::cucForXml()
+{
+    QString cuc = m_cuc.trimmed().toUpper();
+    if (cuc.isEmpty())
+        cuc = currentSettings().cuc.trimmed().toUpper();
+    if (cuc.isEmpty())
+        cuc = m_company.cuc.trimmed().toUpper();
+    if (cuc.isEmpty()) {
+        cuc = m_dialog.askCuc().trimmed().toUpper();
+        if (cuc.isEmpty()) {
+            msgBox(messaggioCucMancante(), Buttons::Ok, Icon::Exclamation);
+            return {};
+        }
+        if (SepaXmlFile::isValidCuc(cuc)) {
+            currentSettings().cuc = cuc;
+            pSaveBonifici();
+        }
+    }
+    if (!SepaXmlFile::isValidCuc(cuc)) {
+        msgBox(messaggioCucErrato(cuc), Buttons::Ok, Icon::Exclamation);
+        return {};
+    }
+    return cuc;
+}
+
+CreaFileCommand::Outcome CreaFileCommand::writeXml(distinta::Distinta &d, bool grouped,
+                                                   const QString &cuc)
+{
+    const distinta::RecordSet<distinta::Riga> rows = grouped ? d.righeRagg : d.righe;
+
+    // Everything is checked before the suite or the disk is touched.
+    SepaXmlFile sepa(m_erp, m_company);
+    if (!sepa.build(d.header(), rows, cuc, QDateTime::currentDateTime())) {
+        msgBox(SepaXmlFile::problemsMessage(sepa.problems()), Buttons::Ok, Icon::Exclamation);
+        return Outcome::Refused;
+    }
+    const QByteArray document = sepa.document();
+    const XsdValidator validator(XsdValidator::paymentRequestSchema());
+    const QList<XsdValidator::Issue> issues = validator.validate(document);
+    if (!issues.isEmpty()) {
+        msgBox(sepa.invalidMessage(issues), Buttons::Ok, Icon::Critical);
+        return Outcome::Invalid;
+    }
+
+    QSaveFile file(m_outputPath);
+    if (!file.open(QIODevice::WriteOnly))
+        throw pathError(m_outputPath, file.errorString());
+    // Plain rows mark their due items as the flat file does, with one count for the file.
+    if (!grouped) {
+        distinta::ErpWriteBack writeBack(m_erp);
+        distinta::RowCounter counts(m_store, d.header().cod_distinta);
+        const std::function<int(const QString &)> rowsWithKey = std::ref(counts);
+        for (int k = 0; k < rows.size(); ++k)
+            markDueItem(writeBack, rows.at(k), d.header(), rowsWithKey);
+    }
+    if (file.write(document) != document.size() || !file.commit())
+        throw pathError(m_outputPath, file.errorString());
+    return Outcome::Written;
 }
 
 } // namespace pg::bankfile

@@ -3,6 +3,8 @@
 #include "frmcreafile.h"
 #include "frmcreafiler.h"
 
+#include <QInputDialog>
+
 #include <memory>
 
 namespace pg::bankfile {
@@ -24,6 +26,17 @@ QString DesktopCreaFileDialog::exec(CreaFileFields &fields, distinta::Distinta &
     if (dialog->resultMarker() == confirmed())
         fields = dialog->fields();
     return dialog->resultMarker();
+}
+
+QString DesktopCreaFileDialog::askCuc()
+{
+    bool ok = false;
+    const QString code = QInputDialog::getText(
+        m_parent, QStringLiteral("Codice CUC"),
+        QStringLiteral("Il file XML dei bonifici richiede il codice CUC dell'azienda\n"
+                       "(8 lettere o cifre, assegnato dalla banca):"),
+        QLineEdit::Normal, QString(), &ok);
+    return ok ? code : QString();
 }
 
 } // namespace pg::bankfile

@@ -14,7 +14,8 @@ class DistinteStore;
 namespace pg::bankfile {
 
 // The file dialog of the desktop program: frmCreaFileR for grouped rows, frmCreaFile
-// otherwise, shown modally over the main window.
+// otherwise, shown modally over the main window; the company's CBI code is asked in a small
+// text box.
 class DesktopCreaFileDialog : public CreaFileDialog
 {
 public:
@@ -22,6 +23,7 @@ public:
                           QWidget *parent);
 
     QString exec(CreaFileFields &fields, distinta::Distinta &d, bool grouped) override;
+    QString askCuc() override;
 
 private:
     distinta::DistinteStore &m_store;

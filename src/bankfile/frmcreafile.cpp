@@ -1,5 +1,6 @@
 #include "frmcreafile.h"
 
+#include <QComboBox>
 #include <QFileDialog>
 #include <QFormLayout>
 #include <QGroupBox>
@@ -49,6 +50,21 @@ frmCreaFile::frmCreaFile(QWidget *parent)
     dati->addRow(QStringLiteral("Riferimenti Mittente"), m_txtRifMitt);
     dati->addRow(QStringLiteral("Conto Ordinante"), m_txtContoOrd);
 
+    // In the order of BankFileFormat. Alt+F reaches the choice, the arrow keys change it.
+    m_cboFormato = new QComboBox(this);
+    m_cboFormato->setObjectName(QStringLiteral("cboFormato"));
+    m_cboFormato->addItems(
+        {QStringLiteral("CBI XML (SEPA)"), QStringLiteral("CBI flat (Bonifici)")});
+    m_cboFormato->setToolTip(
+        QStringLiteral("CBI XML (SEPA): il messaggio XML dei bonifici SEPA che le banche "
+                       "accettano oggi; CBI flat (Bonifici): il file a record fissi"));
+    auto *lblFormato = new QLabel(QStringLiteral("&Formato:"), this);
+    lblFormato->setObjectName(QStringLiteral("lblFormato"));
+    lblFormato->setBuddy(m_cboFormato);
+    auto *formato = new QHBoxLayout;
+    formato->addWidget(lblFormato);
+    formato->addWidget(m_cboFormato, 1);
+
     m_txtFileName = new QLineEdit(this);
     m_txtFileName->setObjectName(QStringLiteral("txtFileName"));
     m_txtFileName->setMinimumWidth(360);
@@ -74,12 +90,14 @@ frmCreaFile::frmCreaFile(QWidget *parent)
     auto *layout = new QVBoxLayout(this);
     layout->addWidget(m_fraDati);
     layout->addLayout(m_content, 1);
+    layout->addLayout(formato);
     layout->addLayout(file);
     layout->addLayout(buttons);
 
     connect(m_cmdConferma, &QPushButton::clicked, this, &frmCreaFile::cmdConferma_Click);
     connect(m_cmdAnnulla, &QPushButton::clicked, this, &QDialog::reject);
     connect(m_cmdBrowse, &QToolButton::clicked, this, &frmCreaFile::cmdBrowse_Click);
+    connect(m_cboFormato, &QComboBox::activated, this, &frmCreaFile::cboFormato_Change);
 }
 
 void frmCreaFile::setFields(const CreaFileFields &fields)
@@ -91,6 +109,7 @@ void frmCreaFile::setFields(const CreaFileFields &fields)
     m_txtRifMitt->setText(fields.rifMitt);
     m_txtContoOrd->setText(fields.contoOrd);
     m_txtFileName->setText(fields.fileName);
+    m_cboFormato->setCurrentIndex(int(fields.format));
 }
 
 CreaFileFields frmCreaFile::fields() const
@@ -106,6 +125,13 @@ void frmCreaFile::cmdConferma_Click()
     m_fields.fileName = m_txtFileName->text();
     confirmed();
     accept();
+}
+
+void frmCreaFile::cboFormato_Change(int index)
+{
+    m_fields.fileName = m_txtFileName->text();
+    m_fields.switchFormat(BankFileFormat(index));
+    m_txtFileName->setText(m_fields.fileName);
 }
 
 void frmCreaFile::cmdBrowse_Click()

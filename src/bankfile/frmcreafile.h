@@ -6,6 +6,7 @@
 
 #include <functional>
 
+class QComboBox;
 class QGroupBox;
 class QLineEdit;
 class QPushButton;
@@ -14,10 +15,11 @@ class QVBoxLayout;
 
 namespace pg::bankfile {
 
-// "Creazione File Bonifici": the ordering data of the distinta (shown only), the name of the
-// file to write, which the clerk may type or build by picking a folder, and the two buttons.
-// Confirming sets the result marker to "GO" and keeps the name as it stands; cancelling
-// leaves the marker empty.
+// "Creazione File Bonifici": the ordering data of the distinta (shown only), the format of the
+// file (the CBI XML message or the flat file), the name of the file to write, which the clerk
+// may type or build by picking a folder, and the two buttons. Changing the format changes the
+// extension of the proposed name. Confirming sets the result marker to "GO" and keeps the
+// name as it stands; cancelling leaves the marker empty.
 class frmCreaFile : public QDialog
 {
     Q_OBJECT
@@ -47,6 +49,7 @@ protected:
 private:
     void cmdConferma_Click();
     void cmdBrowse_Click();
+    void cboFormato_Change(int index);
 
     QGroupBox *m_fraDati;
     QLineEdit *m_txtCodDistinta;
@@ -54,6 +57,7 @@ private:
     QLineEdit *m_txtCodSia;
     QLineEdit *m_txtRifMitt;
     QLineEdit *m_txtContoOrd;
+    QComboBox *m_cboFormato;
     QLineEdit *m_txtFileName;
     QToolButton *m_cmdBrowse;
     QPushButton *m_cmdConferma;

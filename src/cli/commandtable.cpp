@@ -41,9 +41,12 @@ const QList<Command> &commandTable()
                         "--currency CODICE, --account-bank ABI/CAB, --date e --value-date\n"
                         "GG/MM/AAAA; --customers per una distinta clienti"),
          true, runNew},
-        {QStringLiteral("cbi"), QStringLiteral("N [--out FILE]"),
-         QStringLiteral("scrive il file CBI dei bonifici della distinta N (nel file proposto,\n"
-                        "D_STM/CBI_N.txt, o in FILE) e la segna presentata in banca"),
+        {QStringLiteral("cbi"), QStringLiteral("N [--format xml|flat] [--cuc CODICE] [--out FILE]"),
+         QStringLiteral("scrive il file CBI dei bonifici della distinta N e la segna presentata in\n"
+                        "banca: il file a record fissi (D_STM/CBI_N.txt) senza --format o con\n"
+                        "--format flat, il messaggio XML SEPA (D_STM/CBI_N.xml) con --format xml,\n"
+                        "con il codice CUC delle opzioni, dell'azienda o di --cuc; --out FILE\n"
+                        "per scriverlo altrove"),
          true, runCbi},
         {QStringLiteral("check"), QStringLiteral("N"),
          QStringLiteral("controlla la completezza dei dati bancari della distinta N, scrive il\n"

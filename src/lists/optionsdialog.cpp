@@ -114,6 +114,18 @@ OptionsDialog::OptionsDialog(const QList<ColumnChoice> &columns, QWidget *parent
     const int listIndex = m_tabs->addTab(listTab, QStringLiteral("Opzioni Lista"));
     m_tabs->setTabToolTip(listIndex, QStringLiteral("Imposta le opzioni per la Lista Solleciti"));
 
+    // "Bonifici"
+    auto *bankTab = new QWidget(m_tabs);
+    auto *bankLayout = new QFormLayout(bankTab);
+    m_cuc = new QLineEdit(bankTab);
+    m_cuc->setObjectName(QStringLiteral("txtCuc"));
+    m_cuc->setMaxLength(8);
+    m_cuc->setToolTip(QStringLiteral("Il codice CBI dell'azienda (8 caratteri) assegnato dalla "
+                                     "banca, che identifica l'azienda nel file XML dei bonifici"));
+    bankLayout->addRow(QStringLiteral("Codice CUC"), m_cuc);
+    const int bankIndex = m_tabs->addTab(bankTab, QStringLiteral("Bonifici"));
+    m_tabs->setTabToolTip(bankIndex, QStringLiteral("Imposta i dati del file dei bonifici"));
+
     auto *buttons = new QDialogButtonBox(this);
     auto *confirmButton =
         buttons->addButton(QStringLiteral("&Conferma"), QDialogButtonBox::AcceptRole);
@@ -145,6 +157,7 @@ OptionsDialog::OptionsDialog(const QList<ColumnChoice> &columns, QWidget *parent
             [this](const QString &t) { m_form.setDesPag(t); });
     connect(m_desAlt, &QLineEdit::textEdited, this,
             [this](const QString &t) { m_form.setDesAlt(t); });
+    connect(m_cuc, &QLineEdit::textEdited, this, [this](const QString &t) { m_form.setCuc(t); });
     m_desPag->installEventFilter(this);
     connect(buttons, &QDialogButtonBox::accepted, this, &OptionsDialog::confirm);
     connect(buttons, &QDialogButtonBox::rejected, this, &QDialog::reject);
@@ -171,6 +184,7 @@ void OptionsDialog::showState()
         w->setVisible(descriptions);
     m_desPag->setText(m_form.desPag());
     m_desAlt->setText(m_form.desAlt());
+    m_cuc->setText(m_form.cuc());
 }
 
 void OptionsDialog::chooseProgram()

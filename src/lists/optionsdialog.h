@@ -15,8 +15,9 @@ class QTabWidget;
 namespace pg::lists {
 
 // frmOptions ("Opzioni"): the print program and direct printing on the first tab, the row
-// list's font, columns, grouping and payment descriptions on the second. Confirming writes
-// the settings; they take effect at the next start.
+// list's font, columns, grouping and payment descriptions on the second, the company's CBI
+// code for the XML bank file on the third. Confirming writes the settings; they take effect
+// at the next start.
 class OptionsDialog : public QDialog
 {
     Q_OBJECT
@@ -45,6 +46,7 @@ public:
     QLineEdit *txtDesAlt() const { return m_desAlt; }
     QLabel *lblDesPag() const { return m_lblDesPag; }
     QLabel *lblDesAlt() const { return m_lblDesAlt; }
+    QLineEdit *txtCuc() const { return m_cuc; }
 
 protected:
     bool eventFilter(QObject *watched, QEvent *event) override;
@@ -71,6 +73,7 @@ private:
     QLineEdit *m_desPag;
     QLabel *m_lblDesAlt;
     QLineEdit *m_desAlt;
+    QLineEdit *m_cuc;
 };
 
 } // namespace pg::lists

@@ -21,6 +21,7 @@ OptionsForm::OptionsForm(const UserSettings &settings, const QList<ColumnChoice>
     , m_modDescr(settings.modDescr != 0)
     , m_desPag(settings.desPag.trimmed())
     , m_desAlt(settings.desAlt.trimmed())
+    , m_cuc(settings.cuc)
 {
     m_columns.setColumns(columns);
 }
@@ -60,6 +61,7 @@ UserSettings OptionsForm::applied(const UserSettings &base) const
     s.modDescr = m_modDescr ? 1 : 0;
     s.desPag = UserSettings::fixed30(m_desPag);
     s.desAlt = UserSettings::fixed30(m_desAlt);
+    s.cuc = m_cuc;
     for (const ColumnChoice &c : m_columns.columns())
         s.columns.insert(c.header, c.visible);
     return s;

@@ -49,6 +49,10 @@ public:
     // A double click in the first description puts the proposed text back.
     void resetDesPag() { m_desPag = DefaultDesPag; }
 
+    // The company's CBI code (CUC) of the XML bank file, kept in capitals without blanks.
+    QString cuc() const { return m_cuc; }
+    void setCuc(const QString &code) { m_cuc = code.trimmed().toUpper(); }
+
     ColumnVisibilityModel &columns() { return m_columns; }
 
     // The settings with the clerk's choices applied to base.
@@ -68,6 +72,7 @@ private:
     bool m_modDescr;
     QString m_desPag;
     QString m_desAlt;
+    QString m_cuc;
     ColumnVisibilityModel m_columns;
 };
 

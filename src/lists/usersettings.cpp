@@ -73,6 +73,17 @@ void UserSettings::load(QSettings &store)
     desAlt = fixed30(readText(store, QStringLiteral("DesAlt"), defaults.desAlt));
     store.endGroup();
 
+    store.beginGroup(QStringLiteral("Bonifici"));
+    const QString formato = readText(store, QStringLiteral("Formato"), QString()).trimmed();
+    if (formato.compare(QStringLiteral("XML"), Qt::CaseInsensitive) == 0)
+        formatoBonifici = BankFileFormat::SepaXml;
+    else if (formato.compare(QStringLiteral("FLAT"), Qt::CaseInsensitive) == 0)
+        formatoBonifici = BankFileFormat::CbiFlat;
+    else
+        formatoBonifici = defaults.formatoBonifici;
+    cuc = readText(store, QStringLiteral("CUC"), defaults.cuc).trimmed();
+    store.endGroup();
+
     columns.clear();
     store.beginGroup(QStringLiteral("Colonne"));
     for (const QString &key : store.allKeys()) {
@@ -112,6 +123,17 @@ void UserSettings::save(QSettings &store) const
     store.beginGroup(QStringLiteral("Colonne"));
     for (auto it = columns.cbegin(); it != columns.cend(); ++it)
         store.setValue(it.key(), it.value() ? QStringLiteral("True") : QStringLiteral("False"));
+    store.endGroup();
+    saveBonifici(store);
+}
+
+void UserSettings::saveBonifici(QSettings &store) const
+{
+    store.beginGroup(QStringLiteral("Bonifici"));
+    store.setValue(QStringLiteral("Formato"), formatoBonifici == BankFileFormat::CbiFlat
+                                                  ? QStringLiteral("FLAT")
+                                                  : QStringLiteral("XML"));
+    store.setValue(QStringLiteral("CUC"), cuc);
     store.endGroup();
     store.sync();
 }
@@ -158,6 +180,11 @@ void pGetSettings()
 void pSaveSettings()
 {
     currentSettings().save(*UserSettings::userStore());
+}
+
+void pSaveBonifici()
+{
+    currentSettings().saveBonifici(*UserSettings::userStore());
 }
 
 } // namespace pg

@@ -9,9 +9,13 @@ class QSettings;
 
 namespace pg {
 
+// The format of the bank file of the credit transfers: the CBI XML message that the banks take
+// for SEPA credit transfers, or the CBI "Bonifici" flat file.
+enum class BankFileFormat : quint8 { SepaXml, CbiFlat };
+
 // The clerk's preferences, kept per user under the program's name in the sections "Editor",
-// "Printer", "Lista" and "Colonne". Every value is stored as text and converted when read;
-// a value that is missing or does not convert takes its default.
+// "Printer", "Lista", "Colonne" and "Bonifici". Every value is stored as text and converted when
+// read; a value that is missing or does not convert takes its default.
 struct UserSettings
 {
     // "Editor": 99 = the program's own print with its templates; any other value = the
@@ -33,12 +37,20 @@ struct UserSettings
     QString desAlt = fixed30(QStringLiteral("Pagamentio NNN Scadenze"));
     // "Colonne": column header text -> visibility, for the columns the clerk has set.
     QMap<QString, bool> columns;
+    // "Bonifici": the format last confirmed in the file dialog (the flat file until the clerk
+    // chooses the XML message, so that a run that never looks at the choice writes the file it
+    // always wrote), and the company's CBI code (CUC) that identifies it in the XML file; empty
+    // when the clerk never gave one.
+    BankFileFormat formatoBonifici = BankFileFormat::CbiFlat;
+    QString cuc;
 
     // The two description patterns are always exactly 30 characters: padded or cut.
     static QString fixed30(const QString &text);
 
     void load(QSettings &store);
     void save(QSettings &store) const;
+    // Writes the "Bonifici" section alone, leaving the others in the store as they are.
+    void saveBonifici(QSettings &store) const;
     bool operator==(const UserSettings &other) const = default;
 
     // The store of the current user (the registry area the program always used on Windows),
@@ -54,5 +66,8 @@ struct UserSettings
 UserSettings &currentSettings();
 void pGetSettings();
 void pSaveSettings();
+// Writes the "Bonifici" section of the settings in use: the file command remembers the format
+// and the CUC without writing list and printer settings that are meant for the next start.
+void pSaveBonifici();
 
 } // namespace pg
