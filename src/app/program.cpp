@@ -1,5 +1,7 @@
 #include "program.h"
 
+#include "filecommandhooks.h"
+
 #include "archives/recordmanagerfactory.h"
 #include "core/prompter.h"
 #include "editor/detaildialog.h"
@@ -76,6 +78,9 @@ void Program::connectOtherParts(editor::MainWindow &window)
 
     // The print dialog, the choice of printer and the list of the templates' fields.
     printing::installPrintingHooks(hooks, *m_load, m_printers, [&window] { window.showPrinter(); });
+
+    // The bank file and the completeness check.
+    installFileCommandHooks(window, *m_load);
 }
 
 bool Program::start(const QStringList &arguments)

@@ -1,0 +1,70 @@
+#include "filecommandhooks.h"
+
+#include "bankfile/creafilecommand.h"
+#include "bankfile/desktopcreafiledialog.h"
+#include "checks/completenesscheck.h"
+#include "checks/reportviewer.h"
+#include "editor/distintaeditor.h"
+#include "editor/mainwindow.h"
+#include "editor/mainwindowload.h"
+
+namespace pg::app {
+
+namespace {
+
+// The distinta read again by its number and shown, with the buttons of a saved distinta (the
+// state still disables delete for "F" and "D").
+void showSaved(editor::MainWindow &window, distinta::DistinteStore &store)
+{
+    editor::DistintaEditor &editor = *window.editor();
+    store.Leggi(editor.distinta(), editor.distinta().header().cod_distinta);
+    window.BindControls();
+    window.LoadRows();
+    window.showTotals();
+    editor.SetBtnGestione(QStringLiteral("YYNYYY"));
+}
+
+// Both commands save pending changes without asking: totals, save, read again.
+std::function<bool(distinta::Distinta &)> saveWithoutAsking(editor::MainWindow &window,
+                                                            distinta::DistinteStore &store)
+{
+    return [&window, &store](distinta::Distinta &d) {
+        window.editor()->CalcolaTotali();
+        if (!store.Salva(d, false, false))
+            return false;
+        showSaved(window, store);
+        return true;
+    };
+}
+
+} // namespace
+
+void installFileCommandHooks(editor::MainWindow &window, editor::MainWindowLoad &load)
+{
+    editor::MainWindowHooks &hooks = window.hooks();
+    hooks.createBankFile = [&window, &load](editor::DistintaEditor &editor, QWidget *parent) {
+        if (!load.store() || !load.erp())
+            return;
+        bankfile::DesktopCreaFileDialog dialog(*load.store(), load.erp(), parent);
+        bankfile::CreaFileCommand command(*load.store(), *load.erp(), load.company(), dialog);
+        const auto outcome = command.cmdCreaFile(editor.distinta(), editor.hasUnsavedChanges(),
+                                                 saveWithoutAsking(window, *load.store()));
+        if (outcome == bankfile::CreaFileCommand::Outcome::Written)
+            showSaved(window, *load.store());
+    };
+    hooks.completenessCheck = [&window, &load](editor::DistintaEditor &editor, QWidget *) {
+        if (!load.store() || !load.erp() || !editor.hasDistinta())
+            return;
+        checks::CompletenessCheck check(*load.store(), *load.erp());
+        const checks::CompletenessCheck::Result result = check.chkDatiBAnca(
+            editor.distinta(), editor.hasUnsavedChanges(), saveWithoutAsking(window, *load.store()));
+        if (!result.reportWritten)
+            return;
+        // The rows now carry the bank data of the account masters, as saved.
+        showSaved(window, *load.store());
+        if (result.errorsFound)
+            checks::openReport(result.reportPath);
+    };
+}
+
+} // namespace pg::app
