@@ -56,8 +56,9 @@ void installFileCommandHooks(editor::MainWindow &window, editor::MainWindowLoad 
         if (!load.store() || !load.erp() || !editor.hasDistinta())
             return;
         checks::CompletenessCheck check(*load.store(), *load.erp());
-        const checks::CompletenessCheck::Result result = check.chkDatiBAnca(
-            editor.distinta(), editor.hasUnsavedChanges(), saveWithoutAsking(window, *load.store()));
+        const checks::CompletenessCheck::Result result =
+            check.chkDatiBAnca(editor.distinta(), editor.hasUnsavedChanges(),
+                               saveWithoutAsking(window, *load.store()));
         if (!result.reportWritten)
             return;
         // The rows now carry the bank data of the account masters, as saved.
