@@ -1,0 +1,76 @@
+#include "demorun.h"
+
+#include "archives/archivenumbers.h"
+#include "archives/archivewriter.h"
+#include "archives/embeddedarchivestore.h"
+#include "archives/erpsession.h"
+
+#include <QProcess>
+
+namespace pg::test {
+
+namespace {
+
+constexpr qint32 ReaderHandle = 7373;
+
+} // namespace
+
+// The suite keeps at most 39 characters of a directory in its ini files: a short path.
+DemoRun::DemoRun() : m_dir(QStringLiteral("/tmp/pgeXXXXXX"))
+{
+    if (!m_dir.isValid())
+        return;
+    qputenv("ORVIDA_INI_DIR", m_dir.path().toLocal8Bit());
+    m_env = QProcessEnvironment::systemEnvironment();
+    m_env.remove(QStringLiteral("PAGAMENTI_RECORD_MANAGER"));
+    const Run demo = cli({QStringLiteral("demo"), m_dir.path(), QStringLiteral("--today"),
+                          today().toString(QStringLiteral("dd/MM/yyyy"))});
+    if (demo.exitCode != 0)
+        qWarning("pagamenti-cli demo: %s", qPrintable(demo.err));
+    m_valid = demo.exitCode == 0;
+}
+
+DemoRun::Run DemoRun::cli(const QStringList &arguments) const
+{
+    QProcess process;
+    process.setProcessEnvironment(m_env);
+    process.start(QStringLiteral(PAGAMENTI_BINARY_DIR "/bin/pagamenti-cli"), arguments);
+    Run run;
+    if (!process.waitForFinished(120000) || process.exitStatus() != QProcess::NormalExit)
+        return run;
+    run.exitCode = process.exitCode();
+    run.out = QString::fromUtf8(process.readAllStandardOutput());
+    run.err = QString::fromUtf8(process.readAllStandardError());
+    return run;
+}
+
+archives::ErpRecord DemoRun::dueItem(const QString &key) const
+{
+    // A store of our own beside the program's: each read sees what was committed.
+    archives::EmbeddedArchiveStore store(companyDir(), commonDir());
+    archives::ErpSession erp(store, ReaderHandle);
+    archives::ErpRecord record(archives::Scadenze);
+    if (erp.open(archives::Scadenze, 1) != 0)
+        return record;
+    record.setText(QStringLiteral("flag_colpar"), key.left(1));
+    record.setText(QStringLiteral("link"), key.mid(1));
+    if (!erp.readEq(record, 2))
+        record.clear();
+    erp.close(archives::Scadenze);
+    return record;
+}
+
+bool DemoRun::put(const QList<archives::ErpRecord> &records) const
+{
+    archives::ArchiveWriter writer(companyDir(), commonDir());
+    QString error;
+    bool ok = writer.begin(&error);
+    for (const archives::ErpRecord &r : records)
+        ok = ok && writer.put(r.archive(), r.buffer(), &error);
+    ok = ok && writer.commit(&error);
+    if (!ok)
+        qWarning("archive write: %s", qPrintable(error));
+    return ok;
+}
+
+} // namespace pg::test
