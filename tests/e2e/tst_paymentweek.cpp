@@ -25,6 +25,7 @@
 #include "printing/stampadialog.h"
 #include "ui/maskeddateedit.h"
 
+#include <QCheckBox>
 #include <QComboBox>
 #include <QDesktopServices>
 #include <QFileInfo>
