@@ -1,6 +1,7 @@
 #include "program.h"
 
 #include "filecommandhooks.h"
+#include "screenshottour.h"
 
 #include "archives/recordmanagerfactory.h"
 #include "core/prompter.h"
@@ -165,6 +166,7 @@ int Main(int argc, char *argv[])
         return 1;
     program.show();
     closeOnTermination(program.mainWindow());
+    startScreenshotTour(*program.mainWindow());
     return QApplication::exec();
 }
 
