@@ -32,6 +32,7 @@ BatchStatement::BatchStatement(QSqlDatabase &db, const QString &sql)
         return;
     }
     m_query.emplace(db);
+    m_query->setForwardOnly(true);
     if (!m_query->prepare(sql))
         throw databaseError(m_query->lastError());
 }
@@ -100,6 +101,42 @@ void BatchStatement::exec()
     sqlite3_reset(m_statement);
     if (rc != SQLITE_DONE && rc != SQLITE_ROW)
         fail();
+}
+
+bool BatchStatement::next()
+{
+    if (!m_statement) {
+        if (!m_started && !m_query->exec())
+            throw databaseError(m_query->lastError());
+        m_started = true;
+        return m_query->next();
+    }
+    m_started = true;
+    const int rc = sqlite3_step(m_statement);
+    if (rc == SQLITE_ROW)
+        return true;
+    if (rc != SQLITE_DONE)
+        fail();
+    return false;
+}
+
+QVariant BatchStatement::value(int column) const
+{
+    if (!m_statement)
+        return m_query->value(column);
+    switch (sqlite3_column_type(m_statement, column)) {
+    case SQLITE_INTEGER:
+        return QVariant(qint64(sqlite3_column_int64(m_statement, column)));
+    case SQLITE_FLOAT:
+        return QVariant(sqlite3_column_double(m_statement, column));
+    case SQLITE_NULL:
+        return QVariant(QMetaType::fromType<QString>());
+    default: {
+        // The engine keeps texts in UTF-8: taking them so avoids its own conversion.
+        const auto *text = reinterpret_cast<const char *>(sqlite3_column_text(m_statement, column));
+        return QVariant(QString::fromUtf8(text, sqlite3_column_bytes(m_statement, column)));
+    }
+    }
 }
 
 qint64 BatchStatement::lastInsertId() const

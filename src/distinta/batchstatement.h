@@ -11,7 +11,8 @@ struct sqlite3_stmt;
 
 namespace pg::distinta {
 
-// A statement prepared once and run for every row of a batch, its values bound by position.
+// A statement prepared once and run for every row of a batch, its values bound by position, or
+// a query whose rows are read one after the other.
 // On the SQLite engine it runs through the engine's own interface on the connection's handle,
 // inside the connection's transaction: binding a value through Qt SQL costs more than writing
 // the row, and a distinta of ten thousand rows is written in one go. On any other engine it
@@ -30,12 +31,18 @@ public:
     void exec();
     qint64 lastInsertId() const;
 
+    // Steps the query to its next row, running it on the first call; false after the last.
+    bool next();
+    // A value of the current row as Qt SQL gives it: texts, whole numbers, decimals, or null.
+    QVariant value(int column) const;
+
 private:
     [[noreturn]] void fail() const;
 
     sqlite3 *m_handle = nullptr;
     sqlite3_stmt *m_statement = nullptr;
     std::optional<QSqlQuery> m_query;
+    bool m_started = false;
 };
 
 } // namespace pg::distinta

@@ -43,16 +43,10 @@ template<typename Record>
 QList<typename RecordSet<Record>::Entry> readRows(QSqlDatabase &db, QLatin1StringView table,
                                                   const QString &tail, const QVariantList &binds)
 {
-    QSqlQuery query(db);
-    query.setForwardOnly(true);
-    const QString text = QStringLiteral("SELECT rowid, ") + columnList<Record>() +
-                         QStringLiteral(" FROM ") + QString(table) + u' ' + tail;
-    if (!query.prepare(text))
-        throw databaseError(query.lastError());
-    for (const QVariant &v : binds)
-        query.addBindValue(v);
-    if (!query.exec())
-        throw databaseError(query.lastError());
+    BatchStatement query(db, QStringLiteral("SELECT rowid, ") + columnList<Record>() +
+                                 QStringLiteral(" FROM ") + QString(table) + u' ' + tail);
+    for (int i = 0; i < binds.size(); ++i)
+        query.bind(i, binds.at(i));
     const auto &columns = Record::columns();
     QList<typename RecordSet<Record>::Entry> rows;
     while (query.next()) {
