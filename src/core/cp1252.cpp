@@ -3,6 +3,8 @@
 #include <QList>
 #include <QStringView>
 
+#include <algorithm>
+
 namespace pg::cp1252 {
 
 namespace {
@@ -14,6 +16,12 @@ constexpr char16_t High[32] = {
     0,      0x2018, 0x2019, 0x201C, 0x201D, 0x2022, 0x2013, 0x2014,
     0x02DC, 0x2122, 0x0161, 0x203A, 0x0153, 0,      0x017E, 0x0178,
 };
+
+// A character the code page holds at its own number.
+constexpr bool isOneByte(char16_t c)
+{
+    return c < 0x80 || (c >= 0xA0 && c <= 0xFF);
+}
 
 int byteOf(char32_t ucs)
 {
@@ -59,6 +67,26 @@ char32_t substitute(char32_t ucs)
     return u'?';
 }
 
+// Every character as the code point it stands for: a surrogate pair as one, a lone surrogate
+// as itself (no byte of the code page stands for it). Bank lines and archive fields are
+// mostly plain letters: those are taken as they are without looking further.
+template<typename Emit>
+void forEachCodePoint(QStringView text, Emit take)
+{
+    const qsizetype n = text.size();
+    for (qsizetype i = 0; i < n; ++i) {
+        const char16_t c = text[i].unicode();
+        if (isOneByte(c)) {
+            take(char32_t(c));
+            continue;
+        }
+        char32_t ucs = c;
+        if (QChar::isHighSurrogate(c) && i + 1 < n && text[i + 1].isLowSurrogate())
+            ucs = QChar::surrogateToUcs4(c, text[++i].unicode());
+        take(substitute(ucs));
+    }
+}
+
 } // namespace
 
 bool isRepresentable(char32_t ucs)
@@ -68,19 +96,30 @@ bool isRepresentable(char32_t ucs)
 
 QString toCodePage(QStringView text)
 {
-    QString out;
-    out.reserve(text.size());
-    for (char32_t ucs : text.toUcs4())
-        out += QChar(char16_t(substitute(ucs)));
+    // Most texts are plain already: they are taken whole.
+    if (std::all_of(text.begin(), text.end(), [](QChar c) { return isOneByte(c.unicode()); }))
+        return text.toString();
+    QString out(text.size(), Qt::Uninitialized);
+    QChar *p = out.data();
+    qsizetype used = 0;
+    forEachCodePoint(text, [&](char32_t ucs) { p[used++] = QChar(char16_t(ucs)); });
+    out.truncate(used);
     return out;
 }
 
 QByteArray encode(QStringView text)
 {
-    QByteArray out;
-    out.reserve(text.size());
-    for (char32_t ucs : text.toUcs4())
-        out += char(byteOf(substitute(ucs)));
+    QByteArray out(text.size(), Qt::Uninitialized);
+    char *p = out.data();
+    // The plain beginning of the text (usually all of it) byte for byte, the rest one code
+    // point at a time.
+    const qsizetype n = text.size();
+    qsizetype plain = 0;
+    for (const char16_t *c = text.utf16(); plain < n && isOneByte(c[plain]); ++plain)
+        p[plain] = char(c[plain]);
+    qsizetype used = plain;
+    forEachCodePoint(text.sliced(plain), [&](char32_t ucs) { p[used++] = char(byteOf(ucs)); });
+    out.truncate(used);
     return out;
 }
 

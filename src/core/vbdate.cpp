@@ -18,6 +18,37 @@ QString mid(const QString &text, int position, int length)
     return text.mid(position - 1, length);
 }
 
+// A date in a fixed pattern of day, month and year digits ("d" "m" "y", a year of two or four
+// digits and separators as written), built directly: the suite's dates are written for every
+// row of a large distinta, and Qt's pattern parsing costs more than the date itself. Years
+// outside 1 to 9999 take Qt's way.
+QString digits(const QDate &date, QStringView pattern, const QString &qtPattern)
+{
+    if (!date.isValid())
+        return {};
+    const int year = date.year();
+    if (year < 1 || year > 9999)
+        return date.toString(qtPattern);
+    const int yearDigits = int(pattern.count(u'y'));
+    QString out(pattern.size(), Qt::Uninitialized);
+    QChar *p = out.data();
+    int y = 0, m = 0, d = 0;
+    for (QChar c : pattern) {
+        int value = -1;
+        int place = 0;
+        switch (c.unicode()) {
+        case u'y': value = year; place = yearDigits - 1 - y++; break;
+        case u'm': value = date.month(); place = 1 - m++; break;
+        case u'd': value = date.day(); place = 1 - d++; break;
+        default: *p++ = c; continue;
+        }
+        for (int i = 0; i < place; ++i)
+            value /= 10;
+        *p++ = QChar(char16_t(u'0' + value % 10));
+    }
+    return out;
+}
+
 } // namespace
 
 QDate today()
@@ -46,7 +77,7 @@ bool isValidDmy(const QString &text)
 
 QString toDmy(const QDate &date)
 {
-    return date.isValid() ? date.toString(QStringLiteral("dd/MM/yyyy")) : QString();
+    return digits(date, u"dd/mm/yyyy", QStringLiteral("dd/MM/yyyy"));
 }
 
 QString completeTwoDigitYear(const QString &masked)
@@ -58,7 +89,7 @@ QString completeTwoDigitYear(const QString &masked)
 
 QString toYmd(const QDate &date)
 {
-    return date.isValid() ? date.toString(QStringLiteral("yyyyMMdd")) : QString();
+    return digits(date, u"yyyymmdd", QStringLiteral("yyyyMMdd"));
 }
 
 QDate fromYmd(const QString &ymd)
@@ -75,7 +106,7 @@ QDate fromYmd(const QString &ymd)
 
 QString toDdmmyy(const QDate &date)
 {
-    return date.isValid() ? date.toString(QStringLiteral("ddMMyy")) : QString();
+    return digits(date, u"ddmmyy", QStringLiteral("ddMMyy"));
 }
 
 QString ymdToDdmmyy(const QString &ymd)

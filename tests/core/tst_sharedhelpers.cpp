@@ -50,6 +50,13 @@ void TestSharedHelpers::dateForms()
     QCOMPARE(dates::toDmy(d), QStringLiteral("05/01/2024"));
     QCOMPARE(dates::toYmd(d), QStringLiteral("20240105"));
     QCOMPARE(dates::toDdmmyy(d), QStringLiteral("050124"));
+    // The same texts as Qt's patterns, early years padded with zeros, two-digit years cut.
+    for (const QDate &day : {QDate(1, 1, 1), QDate(999, 12, 31), QDate(2009, 10, 9), QDate(9999, 12, 31)}) {
+        QCOMPARE(dates::toDmy(day), day.toString(QStringLiteral("dd/MM/yyyy")));
+        QCOMPARE(dates::toYmd(day), day.toString(QStringLiteral("yyyyMMdd")));
+        QCOMPARE(dates::toDdmmyy(day), day.toString(QStringLiteral("ddMMyy")));
+    }
+    QVERIFY(dates::toYmd(QDate()).isEmpty());
     QCOMPARE(dates::ymdToDdmmyy(QStringLiteral("20240105")), QStringLiteral("050124"));
     QCOMPARE(dates::ymdToDmy(QStringLiteral("20240105")), QStringLiteral("05/01/2024"));
     QCOMPARE(dates::dmyToYmd(QStringLiteral("05/01/2024")), QStringLiteral("20240105"));
@@ -94,6 +101,8 @@ void TestSharedHelpers::codePageKeepsOneBytePerCharacter()
     QCOMPARE(bytes, QByteArray("Societ\xE0 \x80 L\xF3" "dz s ? \x93x\x94"));
     QCOMPARE(cp1252::decode(bytes), QStringLiteral("Società € Lódz s ? “x”"));
     QCOMPARE(cp1252::decode(QByteArray("\x81")), QString(QChar(0x81)));
+    // A lone half of a surrogate pair is one unknown character, never two or none.
+    QCOMPARE(cp1252::encode(QString(QChar(0xD83D)) + u'a' + QChar(0xDE00)), QByteArray("?a?"));
 }
 
 QTEST_GUILESS_MAIN(TestSharedHelpers)
