@@ -4,6 +4,9 @@
 
 #include <QtGlobal>
 
+#include <algorithm>
+#include <cstring>
+
 namespace pg::archives {
 
 namespace {
@@ -61,11 +64,15 @@ QString ErpRecord::text(const QString &field) const
 void ErpRecord::setText(const QString &field, const QString &value)
 {
     const FieldDef &f = fieldDef(field);
-    QByteArray raw = cp1252::encode(value).left(f.width);
-    raw.append(QByteArray(f.width - raw.size(), ' '));
-    if (m_buffer.size() < m_layout->length)
-        m_buffer.append(QByteArray(m_layout->length - m_buffer.size(), ' '));
-    m_buffer.replace(f.offset, f.width, raw);
+    const QByteArray raw = cp1252::encode(value);
+    const qsizetype length = std::max<qsizetype>(m_layout->length, f.offset + f.width);
+    if (m_buffer.size() < length)
+        m_buffer.append(QByteArray(length - m_buffer.size(), ' '));
+    // The field's bytes: the value cut to the field's width, blanks after it.
+    char *dst = m_buffer.data() + f.offset;
+    const qsizetype used = std::min<qsizetype>(raw.size(), f.width);
+    std::memcpy(dst, raw.constData(), size_t(used));
+    std::memset(dst + used, ' ', size_t(f.width - used));
 }
 
 double ErpRecord::number(const QString &field) const

@@ -15,6 +15,22 @@ QString blanks(int n)
     return QString(n, u' ');
 }
 
+// A record's first three characters (a blank and its type), with room for the whole line:
+// the fields are then appended in place.
+QString begin(QStringView type)
+{
+    QString line;
+    line.reserve(CbiRecords::Width);
+    line += u' ';
+    line += type;
+    return line;
+}
+
+void addBlanks(QString &line, int n)
+{
+    line.resize(line.size() + n, u' ');
+}
+
 // A field that is not filled by one of the fillers (a date, a copied field): exactly n
 // characters, blank-filled or cut on the right.
 QString fixed(const QString &text, int n)
@@ -84,17 +100,17 @@ QString CbiRecords::progressivo(int num)
 
 QString CbiRecords::recordPC(const distinta::Testata &header)
 {
-    QString line = blanks(1) + QStringLiteral("PC");
+    QString line = begin(u"PC");
     line += alpha(header.cod_sia_banca, 5);
     line += alpha(header.cod_codiceabi, 5);
     line += fixed(dates::toDdmmyy(header.dat_data_creazione), 6);
     // The support name: the code as stored, leading blanks and all, before the references.
     line += alpha(header.cod_distinta + u'_' + header.des_riferimenti, 20);
-    line += blanks(6);
-    line += blanks(68);
+    addBlanks(line, 6);
+    addBlanks(line, 68);
     line += QStringLiteral("E");
-    line += blanks(1);
-    line += blanks(5);
+    addBlanks(line, 1);
+    addBlanks(line, 5);
     return checked(line, Width);
 }
 
@@ -103,9 +119,9 @@ QString CbiRecords::record10(int num, const QString &creationDate, const distint
 {
     if (!row.val_imp_indist_val)
         throw AppError(94, QStringLiteral("Invalid use of Null"));
-    QString line = blanks(1) + QStringLiteral("10");
+    QString line = begin(u"10");
     line += progressivo(num);
-    line += blanks(6);
+    addBlanks(line, 6);
     line += fixed(creationDate, 6);
     line += fixed(dates::toDdmmyy(header.dat_data_valuta), 6);
     line += QString::number(48000);
@@ -122,31 +138,31 @@ QString CbiRecords::record10(int num, const QString &creationDate, const distint
     line += alpha(header.cod_sia_banca, 5);
     line += QStringLiteral("5");
     line += alpha(row.cod_clifor, 16);
-    line += blanks(1);
-    line += blanks(5);
+    addBlanks(line, 1);
+    addBlanks(line, 5);
     line += QStringLiteral("E");
     return checked(line, Width);
 }
 
 QString CbiRecords::recordIban(const QString &type, int num, const Iban &iban)
 {
-    QString line = blanks(1) + type;
+    QString line = begin(type);
     line += progressivo(num);
     line += alpha(iban.paese, 4);
     line += alpha(iban.resto, 30);
-    line += blanks(76);
+    addBlanks(line, 76);
     return checked(line, Width);
 }
 
 QString CbiRecords::record20(int num, const archives::CompanyData &company)
 {
-    QString line = blanks(1) + QStringLiteral("20");
+    QString line = begin(u"20");
     line += progressivo(num);
     line += alpha(company.ragsoc, 30);
     line += alpha(company.indirizzo, 30);
     line += alpha(cityAndProvince(company.citta, company.provincia), 30);
     line += alpha(taxIdentifier(company.codFiscale, company.partitaIva), 16);
-    line += blanks(4);
+    addBlanks(line, 4);
     return checked(line, Width);
 }
 
@@ -156,20 +172,20 @@ QString CbiRecords::record30(int num, const Beneficiario &beneficiario)
     // again; the second part of the name is then its last 10 characters, which are always
     // blank. The file has always been written so.
     const QString name = plain(beneficiario.ragsoc).left(30).leftJustified(40, u' ');
-    QString line = blanks(1) + QStringLiteral("30");
+    QString line = begin(u"30");
     line += progressivo(num);
     line += alpha(name.left(30), 30);
     line += alpha(name.right(10), 30);
-    line += blanks(30);
+    addBlanks(line, 30);
     line += alpha(taxIdentifier(beneficiario.codFiscale, beneficiario.partitaIva), 16);
-    line += blanks(4);
+    addBlanks(line, 4);
     return checked(line, Width);
 }
 
 QString CbiRecords::record40(int num, const Indirizzo &indirizzo, const QString &nomeBanca,
                              const QString &nomeAgenzia)
 {
-    QString line = blanks(1) + QStringLiteral("40");
+    QString line = begin(u"40");
     line += progressivo(num);
     line += alpha(indirizzo.indirizzo, 30);
     line += alpha(indirizzo.cap, 5);
@@ -184,40 +200,39 @@ QString CbiRecords::record50(int num, const distinta::Riga &row, bool modDescr)
     QString documento = trimBlanks(plain(row.des_num_doc));
     if (hasSeries(row.des_serie_doc))
         documento += u'/' + plain(row.des_serie_doc);
-    QString line = blanks(1) + QStringLiteral("50");
+    QString line = begin(u"50");
     line += progressivo(num);
     line += alpha(documento, 24) + fixed(dates::ymdToDdmmyy(row.dat_data_doc), 6);
     line += modDescr ? alpha(row.des_scadenza, 30) : blanks(30);
-    line += blanks(30);
-    line += blanks(20);
+    addBlanks(line, 30);
+    addBlanks(line, 20);
     return checked(line, Width);
 }
 
 QString CbiRecords::record70(int num)
 {
     // Blank (15), (8), (2) and (1) twice each, (1) and (8) once: 48 characters in all.
-    QString line = blanks(1) + QStringLiteral("70");
+    QString line = begin(u"70");
     line += progressivo(num);
-    line += blanks(15) + blanks(8) + blanks(2) + blanks(1) + blanks(2) + blanks(1) + blanks(1) +
-            blanks(8);
+    addBlanks(line, 15 + 8 + 2 + 1 + 2 + 1 + 1 + 8);
     return checked(line, Width70);
 }
 
 QString CbiRecords::recordEF(const QString &pc, const distinta::Testata &header, int lineCount)
 {
-    QString line = blanks(1) + QStringLiteral("EF");
+    QString line = begin(u"EF");
     line += pc.mid(3, 5);
     line += pc.mid(8, 5);
     line += pc.mid(13, 6);
     line += pc.mid(19, 20);
-    line += blanks(6);
+    addBlanks(line, 6);
     line += RiempiCampoN(QString::number(header.num_numero_disp), 7);
     line += QString(15, u'0');
     line += RiempiCampoEuro(header.val_importo_totale, 15);
     line += RiempiSinistra(QString::number(lineCount), 7, QStringLiteral("0"));
-    line += blanks(24);
+    addBlanks(line, 24);
     line += QStringLiteral("E");
-    line += blanks(6);
+    addBlanks(line, 6);
     return checked(line, Width);
 }
 
