@@ -113,7 +113,8 @@ Riga rowFor(int n, const QString &code)
     r.cod_clifor = supplierOf(n);
     r.cod_banca_cli = QStringLiteral("03069");
     r.cod_agenzia_cli = agencyOf(r.cod_clifor);
-    r.des_num_cc = QStringLiteral("000012345678");
+    // The account number as the row takes it from the suite's record: the whole field.
+    r.des_num_cc = QStringLiteral("000012345678").leftJustified(20, u' ');
     r.cod_valuta = QStringLiteral("EU");
     r.val_cambio = 1;
     r.val_imp_dapag_val = r.val_imp_dapag_eur = 100 + n % 900;
