@@ -1,7 +1,9 @@
 #include "program.h"
 
 #include "filecommandhooks.h"
+#include "quitwhenshown.h"
 #include "screenshottour.h"
+#include "windowtrace.h"
 
 #include "archives/recordmanagerfactory.h"
 #include "core/prompter.h"
@@ -164,6 +166,8 @@ int Main(int argc, char *argv[])
     Program program;
     if (!program.start(arguments))
         return 1;
+    WindowTrace::attach(*program.mainWindow());
+    QuitWhenShown::armFromEnvironment(*program.mainWindow());
     program.show();
     closeOnTermination(program.mainWindow());
     startScreenshotTour(*program.mainWindow());

@@ -83,6 +83,12 @@ MainWindow::MainWindow(MainWindowLoad &load, QWidget *parent) : QMainWindow(pare
         QStringLiteral("Nuova distinta"),      QStringLiteral("Apri distinta"),
         QStringLiteral("Salva distinta"),      QStringLiteral("Elimina distinta"),
         QStringLiteral("Distinta successiva"), QStringLiteral("Distinta precedente")};
+    // Keys for the clerk at the keyboard. A key clicks its button, so it follows the button's
+    // state; deleting a distinta stays a deliberate click.
+    const std::array<QKeySequence, DistintaEditor::ButtonCount> keys{
+        QKeySequence(QKeySequence::New),           QKeySequence(QKeySequence::Open),
+        QKeySequence(QKeySequence::Save),          QKeySequence(),
+        QKeySequence(Qt::CTRL | Qt::Key_PageDown), QKeySequence(Qt::CTRL | Qt::Key_PageUp)};
     for (int i = 0; i < DistintaEditor::ButtonCount; ++i) {
         auto *button = new QToolButton(central);
         button->setObjectName(QStringLiteral("btnGestione%1").arg(i));
@@ -92,6 +98,7 @@ MainWindow::MainWindow(MainWindowLoad &load, QWidget *parent) : QMainWindow(pare
         button->setIconSize(QSize(32, 32));
         button->setAutoRaise(true);
         button->setEnabled(false);
+        button->setShortcut(keys.at(i));
         connect(button, &QToolButton::clicked, this, [this, i] { btnGestione_Click(i); });
         m_btnGestione[i] = button;
         top->addWidget(button);
