@@ -1,0 +1,173 @@
+#include "scriptedprompter.h"
+
+#include "app/startupsequence.h"
+
+#include <QTest>
+
+using namespace pg;
+using namespace pg::app;
+
+class TestStartupSequence : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void init();
+    void otherCommandLinesEndSilently_data();
+    void otherCommandLinesEndSilently();
+    void secondStartRaisesTheFirst();
+    void noCurrentCompany();
+    void localDatabaseFoundOrCreated();
+    void developmentTreeRegeneratesTheSchemaFile();
+    void databaseVersionRefused();
+
+private:
+    // Runs the sequence; the exit code when it ended the process, -1 when it went on.
+    int run(const QStringList &arguments = {QStringLiteral("Pagamenti")});
+
+    StartupSequence::Steps m_steps;
+    QStringList m_log;
+    CompanyEnvironment m_env;
+    bool m_databaseExists = true;
+    bool m_created = true;
+    bool m_versionOk = true;
+    bool m_only = true;
+    QString m_appDir = QStringLiteral("/opt/pagamenti/bin");
+    QStringList m_existingDirs;
+};
+
+void TestStartupSequence::init()
+{
+    m_log.clear();
+    m_env = CompanyEnvironment();
+    m_env.OrvidaDir = QStringLiteral("/srv/orvida/");
+    m_env.CompanyCode = QStringLiteral("ABC");
+    m_env.CompanyArchiveDir = QStringLiteral("/srv/orvida/D_ABC/");
+    m_databaseExists = true;
+    m_created = true;
+    m_versionOk = true;
+    m_only = true;
+    m_existingDirs.clear();
+    m_steps.isOnlyInstance = [this] {
+        m_log << QStringLiteral("instance");
+        return m_only;
+    };
+    m_steps.ActivatePrevInstance = [this] { m_log << QStringLiteral("activate"); };
+    m_steps.resolveCompanyEnvironment = [this] {
+        m_log << QStringLiteral("environment");
+        return m_env;
+    };
+    m_steps.applicationDirPath = [this] { return m_appDir; };
+    m_steps.directoryExists = [this](const QString &p) { return m_existingDirs.contains(p); };
+    m_steps.fileExists = [this](const QString &p) {
+        m_log << QStringLiteral("exists ") + p;
+        return m_databaseExists;
+    };
+    m_steps.createDatabase = [this](const QString &dir, const QString &file) {
+        m_log << QStringLiteral("create ") + dir + file;
+        return m_created;
+    };
+    m_steps.generateSchemaFile = [this](const QString &dir, const QString &file) {
+        m_log << QStringLiteral("generate ") + dir + file;
+    };
+    m_steps.checkDatabaseVersion = [this](const QString &file) {
+        m_log << QStringLiteral("version ") + file;
+        return m_versionOk;
+    };
+}
+
+int TestStartupSequence::run(const QStringList &arguments)
+{
+    try {
+        StartupSequence(m_steps).run(arguments);
+        return -1;
+    } catch (const ProcessEnded &ended) {
+        return ended.exitCode;
+    }
+}
+
+void TestStartupSequence::otherCommandLinesEndSilently_data()
+{
+    QTest::addColumn<QStringList>("arguments");
+    QTest::newRow("none") << QStringList();
+    QTest::newRow("lower case") << QStringList{QStringLiteral("pagamenti")};
+    QTest::newRow("trailing blank") << QStringList{QStringLiteral("Pagamenti ")};
+    QTest::newRow("two arguments")
+        << QStringList{QStringLiteral("Pagamenti"), QStringLiteral("Pagamenti")};
+}
+
+void TestStartupSequence::otherCommandLinesEndSilently()
+{
+    QFETCH(QStringList, arguments);
+    test::ScriptedPrompter prompter;
+    QCOMPARE(run(arguments), 0);
+    QVERIFY(prompter.shown().isEmpty());
+    QVERIFY(m_log.isEmpty());
+}
+
+void TestStartupSequence::secondStartRaisesTheFirst()
+{
+    test::ScriptedPrompter prompter;
+    m_only = false;
+    QCOMPARE(run(), 0);
+    QCOMPARE(m_log, (QStringList{QStringLiteral("instance"), QStringLiteral("activate")}));
+    QVERIFY(prompter.shown().isEmpty());
+}
+
+void TestStartupSequence::noCurrentCompany()
+{
+    test::ScriptedPrompter prompter;
+    m_env.CompanyCode = QStringLiteral("...");
+    QCOMPARE(run(), 1);
+    QCOMPARE(prompter.texts(),
+             QStringList{QStringLiteral("Nessuna azienda corrente.\r\n\r\nEntrare in [orvida] e "
+                                        "selezionare una azienda Valida")});
+    QCOMPARE(prompter.shown().first().icon, Icon::Critical);
+    QCOMPARE(m_log, (QStringList{QStringLiteral("instance"), QStringLiteral("environment")}));
+    // The program directory was set before the check.
+    QCOMPARE(ProgramDir(), QStringLiteral("/srv/orvida/exe/"));
+}
+
+void TestStartupSequence::localDatabaseFoundOrCreated()
+{
+    test::ScriptedPrompter prompter;
+    const QString db = QStringLiteral("/srv/orvida/D_ABC/Pagame.db");
+    QCOMPARE(run(), -1);
+    QVERIFY(!m_log.contains(QStringLiteral("create ") + db));
+    QCOMPARE(m_log.last(), QStringLiteral("version ") + db);
+
+    m_log.clear();
+    m_databaseExists = false;
+    QCOMPARE(run(), -1);
+    QVERIFY(m_log.contains(QStringLiteral("create ") + db));
+
+    m_log.clear();
+    m_created = false;
+    QCOMPARE(run(), 1);
+    QCOMPARE(m_log.last(), QStringLiteral("create ") + db);
+}
+
+void TestStartupSequence::developmentTreeRegeneratesTheSchemaFile()
+{
+    test::ScriptedPrompter prompter;
+    QCOMPARE(StartupSequence::developmentTreeProbe(QStringLiteral("/opt/pagamenti/bin")),
+             QStringLiteral("/opt/pagamenti/bin..\\..\\src"));
+    QCOMPARE(run(), -1);
+    QVERIFY(m_log.filter(QStringLiteral("generate")).isEmpty());
+
+    m_log.clear();
+    m_existingDirs << QStringLiteral("/opt/pagamenti/bin..\\..\\src");
+    QCOMPARE(run(), -1);
+    QCOMPARE(m_log.filter(QStringLiteral("generate")),
+             QStringList{QStringLiteral("generate /srv/orvida/D_ABC/Pagame.db")});
+}
+
+void TestStartupSequence::databaseVersionRefused()
+{
+    test::ScriptedPrompter prompter;
+    m_versionOk = false;
+    QCOMPARE(run(), 1);
+}
+
+QTEST_GUILESS_MAIN(TestStartupSequence)
+#include "tst_startupsequence.moc"
