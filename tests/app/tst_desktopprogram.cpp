@@ -40,6 +40,7 @@ private slots:
     void realProgramOpensNextPreviousAndCloses();
     void openNextPreviousAndClose();
     void manualAndAbout();
+    void italianButtons();
 
 public slots:
     // Stands for the desktop's browser: the files the program asks it to open.
@@ -299,6 +300,19 @@ void TestDesktopProgram::manualAndAbout()
     QVERIFY(about.contains(QStringLiteral("Versione " PAGAMENTI_VERSION)));
     QVERIFY(about.contains(QStringLiteral("licenza")));
     QVERIFY(window->close());
+}
+
+void TestDesktopProgram::italianButtons()
+{
+    // The standard buttons of every box and dialog, in the clerk's language.
+    app::Program::installTranslations(*QCoreApplication::instance());
+    QMessageBox box(QMessageBox::Question, QStringLiteral("Pagamenti"), QStringLiteral("?"),
+                    QMessageBox::Yes | QMessageBox::No | QMessageBox::Cancel);
+    QStringList texts;
+    for (QMessageBox::StandardButton b : {QMessageBox::Yes, QMessageBox::No, QMessageBox::Cancel})
+        texts << box.button(b)->text().remove(u'&');
+    QCOMPARE(texts,
+             (QStringList{QStringLiteral("Sì"), QStringLiteral("No"), QStringLiteral("Annulla")}));
 }
 
 QTEST_MAIN(TestDesktopProgram)
