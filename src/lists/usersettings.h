@@ -37,11 +37,10 @@ struct UserSettings
     QString desAlt = fixed30(QStringLiteral("Pagamentio NNN Scadenze"));
     // "Colonne": column header text -> visibility, for the columns the clerk has set.
     QMap<QString, bool> columns;
-    // "Bonifici": the format last confirmed in the file dialog (the flat file until the clerk
-    // chooses the XML message, so that a run that never looks at the choice writes the file it
-    // always wrote), and the company's CBI code (CUC) that identifies it in the XML file; empty
-    // when the clerk never gave one.
-    BankFileFormat formatoBonifici = BankFileFormat::CbiFlat;
+    // "Bonifici": the format last confirmed in the file dialog (the XML message until the clerk
+    // chooses the flat file: banks take SEPA credit transfers only so), and the company's CBI
+    // code (CUC) that identifies it in the XML file; empty when the clerk never gave one.
+    BankFileFormat formatoBonifici = BankFileFormat::SepaXml;
     QString cuc;
 
     // The two description patterns are always exactly 30 characters: padded or cut.

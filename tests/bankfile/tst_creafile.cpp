@@ -108,6 +108,8 @@ void TestCreaFile::init()
     QLocale::setDefault(QLocale(QLocale::Italian, QLocale::Italy));
     m_settings = currentSettings();
     currentSettings() = UserSettings();
+    // The flat file is what these tests check; the dialog proposes the XML message otherwise.
+    currentSettings().formatoBonifici = BankFileFormat::CbiFlat;
     ErrorTrap::instance().resetForTest();
     m_inst = std::make_unique<TestInstallation>();
     QVERIFY(m_inst->isValid());

@@ -124,7 +124,7 @@ void TestSepaDialogs::bankFileSettingsAreSavedAlone()
     UserSettings::userStore()->setValue(QStringLiteral("Lista/Raggruppa"), QStringLiteral("1"));
     UserSettings loaded;
     loaded.load(*UserSettings::userStore());
-    QCOMPARE(loaded.formatoBonifici, BankFileFormat::CbiFlat);
+    QCOMPARE(loaded.formatoBonifici, BankFileFormat::SepaXml);
 
     // The file command writes its section alone: the other settings in use stay unsaved.
     currentSettings().raggruppa = 0;

@@ -161,7 +161,7 @@ void TestSepaXml::init()
     QLocale::setDefault(QLocale(QLocale::Italian, QLocale::Italy));
     m_settings = currentSettings();
     currentSettings() = UserSettings();
-    // The clerk chose the XML message once; the flat file stays the choice of a new user.
+    // The XML message, as a new user is proposed.
     currentSettings().formatoBonifici = BankFileFormat::SepaXml;
     currentSettings().cuc = QStringLiteral("0BF3K7Q2");
     // A store of the settings for each test and each of its data rows.
@@ -588,45 +588,44 @@ void TestSepaXml::cucIsAskedOnceAndRemembered()
 
 void TestSepaXml::formatChosenInTheDialogIsRemembered()
 {
-    // A clerk who never chose is proposed the flat file, named as it always was.
+    // A clerk who never chose is proposed the XML message.
     currentSettings() = UserSettings();
     currentSettings().cuc = QStringLiteral("0BF3K7Q2");
     Distinta d = saved(1);
     SpyDialog dialog;
     QCOMPARE(run(d, dialog), CreaFileCommand::Outcome::Written);
-    QCOMPARE(dialog.shown.format, BankFileFormat::CbiFlat);
-    QCOMPARE(dialog.shown.fileTag, QStringLiteral("/CBI_1.txt"));
-    QCOMPARE(dialog.shown.fileName, OrvidaDir() + QStringLiteral("D_STM/CBI_1.txt"));
-    QVERIFY(readAll(OrvidaDir() + QStringLiteral("D_STM/CBI_1.txt")).startsWith(" PC"));
-    QVERIFY(!QFile::exists(xmlPath(1)));
+    QCOMPARE(dialog.shown.format, BankFileFormat::SepaXml);
+    QCOMPARE(dialog.shown.fileTag, QStringLiteral("/CBI_1.xml"));
+    QVERIFY(readAll(xmlPath(1)).startsWith("<?xml"));
     // Confirming the format proposed writes no setting.
     QVERIFY(!UserSettings::userStore()->contains(QStringLiteral("Bonifici/Formato")));
 
-    // The XML message chosen in the dialog is written and proposed from then on.
+    // The flat file chosen in the dialog is written, named as it always was, and proposed
+    // from then on.
     d = read(1);
-    dialog.switchTo = BankFileFormat::SepaXml;
+    dialog.switchTo = BankFileFormat::CbiFlat;
     QCOMPARE(run(d, dialog), CreaFileCommand::Outcome::Written);
-    QVERIFY(readAll(xmlPath(1)).startsWith("<?xml"));
-    QCOMPARE(currentSettings().formatoBonifici, BankFileFormat::SepaXml);
+    QVERIFY(readAll(OrvidaDir() + QStringLiteral("D_STM/CBI_1.txt")).startsWith(" PC"));
+    QCOMPARE(currentSettings().formatoBonifici, BankFileFormat::CbiFlat);
     UserSettings stored;
     stored.load(*UserSettings::userStore());
-    QCOMPARE(stored.formatoBonifici, BankFileFormat::SepaXml);
+    QCOMPARE(stored.formatoBonifici, BankFileFormat::CbiFlat);
     d = read(1);
     dialog.switchTo.reset();
     QCOMPARE(run(d, dialog), CreaFileCommand::Outcome::Written);
-    QCOMPARE(dialog.shown.format, BankFileFormat::SepaXml);
-    QCOMPARE(dialog.shown.fileTag, QStringLiteral("/CBI_1.xml"));
+    QCOMPARE(dialog.shown.format, BankFileFormat::CbiFlat);
+    QCOMPARE(dialog.shown.fileTag, QStringLiteral("/CBI_1.txt"));
 
     // A format proposed by the caller (the command line) is not remembered.
-    QVERIFY(QFile::remove(OrvidaDir() + QStringLiteral("D_STM/CBI_1.txt")));
+    QVERIFY(QFile::remove(xmlPath(1)));
     d = read(1);
     CreaFileCommand command(*m_store, *m_erp, archives::CompanyData::read(*m_erp), dialog);
-    command.setProposedFormat(BankFileFormat::CbiFlat);
+    command.setProposedFormat(BankFileFormat::SepaXml);
     QCOMPARE(command.cmdCreaFile(d, false, {}), CreaFileCommand::Outcome::Written);
-    QCOMPARE(dialog.shown.fileName, OrvidaDir() + QStringLiteral("D_STM/CBI_1.txt"));
-    QVERIFY(QFile::exists(OrvidaDir() + QStringLiteral("D_STM/CBI_1.txt")));
+    QCOMPARE(dialog.shown.format, BankFileFormat::SepaXml);
+    QVERIFY(QFile::exists(xmlPath(1)));
     stored.load(*UserSettings::userStore());
-    QCOMPARE(stored.formatoBonifici, BankFileFormat::SepaXml);
+    QCOMPARE(stored.formatoBonifici, BankFileFormat::CbiFlat);
 }
 
 QTEST_GUILESS_MAIN(TestSepaXml)
