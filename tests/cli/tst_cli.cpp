@@ -1,20 +1,16 @@
 // pagamenti-cli as administrators run it: exit codes, usage, the demo installation and the
 // archive dump and load, each a real process.
 
+#include "clirun.h"
+
 #include <QDir>
 #include <QFile>
-#include <QProcess>
 #include <QTemporaryDir>
 #include <QTest>
 
 namespace {
 
-struct Run
-{
-    int exitCode = -1;
-    QString out;
-    QString err;
-};
+using Run = pg::test::CliRun;
 
 } // namespace
 
@@ -41,21 +37,7 @@ private:
 
 Run TestCli::cli(const QStringList &arguments, const QString &iniDir)
 {
-    QProcess process;
-    QProcessEnvironment env = QProcessEnvironment::systemEnvironment();
-    env.remove(QStringLiteral("PAGAMENTI_RECORD_MANAGER"));
-    env.remove(QStringLiteral("ORVIDA_INI_DIR"));
-    if (!iniDir.isEmpty())
-        env.insert(QStringLiteral("ORVIDA_INI_DIR"), iniDir);
-    process.setProcessEnvironment(env);
-    process.start(QStringLiteral(PAGAMENTI_BINARY_DIR "/bin/pagamenti-cli"), arguments);
-    Run run;
-    if (!process.waitForFinished(120000) || process.exitStatus() != QProcess::NormalExit)
-        return run;
-    run.exitCode = process.exitCode();
-    run.out = QString::fromUtf8(process.readAllStandardOutput());
-    run.err = QString::fromUtf8(process.readAllStandardError());
-    return run;
+    return pg::test::runCli(arguments, iniDir);
 }
 
 QString TestCli::newDir()

@@ -1,6 +1,8 @@
 // pagamenti-cli cbi --format xml on a demo installation, each run a real process as scripts run
 // it; the file is checked by xmllint against the shipped schemas, as an administrator would.
 
+#include "clirun.h"
+
 #include <QDirIterator>
 #include <QProcess>
 #include <QRegularExpression>
@@ -14,12 +16,7 @@
 
 namespace {
 
-struct Run
-{
-    int exitCode = -1;
-    QString out;
-    QString err;
-};
+using Run = pg::test::CliRun;
 
 const QString Schema =
     QStringLiteral(PAGAMENTI_SOURCE_DIR "/data/schemas/cbi/CBIPaymentRequest.00.04.01.xsd");
@@ -52,19 +49,7 @@ private:
 
 Run TestCmdCbiXml::cli(const QStringList &arguments)
 {
-    QProcess process;
-    QProcessEnvironment env = QProcessEnvironment::systemEnvironment();
-    env.remove(QStringLiteral("PAGAMENTI_RECORD_MANAGER"));
-    env.insert(QStringLiteral("ORVIDA_INI_DIR"), m_dir->path());
-    process.setProcessEnvironment(env);
-    process.start(QStringLiteral(PAGAMENTI_BINARY_DIR "/bin/pagamenti-cli"), arguments);
-    Run run;
-    if (!process.waitForFinished(120000) || process.exitStatus() != QProcess::NormalExit)
-        return run;
-    run.exitCode = process.exitCode();
-    run.out = QString::fromUtf8(process.readAllStandardOutput());
-    run.err = QString::fromUtf8(process.readAllStandardError());
-    return run;
+    return pg::test::runCli(arguments, m_dir->path());
 }
 
 QVariantList TestCmdCbiXml::row(const QString &sql)

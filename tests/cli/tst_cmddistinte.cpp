@@ -1,18 +1,14 @@
 // pagamenti-cli list, show and delete on a demo installation, each run a real process.
 
-#include <QProcess>
+#include "clirun.h"
+
 #include <QRegularExpression>
 #include <QTemporaryDir>
 #include <QTest>
 
 namespace {
 
-struct Run
-{
-    int exitCode = -1;
-    QString out;
-    QString err;
-};
+using Run = pg::test::CliRun;
 
 } // namespace
 
@@ -35,19 +31,7 @@ private:
 
 Run TestCmdDistinte::cli(const QStringList &arguments)
 {
-    QProcess process;
-    QProcessEnvironment env = QProcessEnvironment::systemEnvironment();
-    env.remove(QStringLiteral("PAGAMENTI_RECORD_MANAGER"));
-    env.insert(QStringLiteral("ORVIDA_INI_DIR"), m_dir->path());
-    process.setProcessEnvironment(env);
-    process.start(QStringLiteral(PAGAMENTI_BINARY_DIR "/bin/pagamenti-cli"), arguments);
-    Run run;
-    if (!process.waitForFinished(120000) || process.exitStatus() != QProcess::NormalExit)
-        return run;
-    run.exitCode = process.exitCode();
-    run.out = QString::fromUtf8(process.readAllStandardOutput());
-    run.err = QString::fromUtf8(process.readAllStandardError());
-    return run;
+    return pg::test::runCli(arguments, m_dir->path());
 }
 
 int TestCmdDistinte::itemsInDistinte()

@@ -1,7 +1,8 @@
 // pagamenti-cli new on a demo installation, each run a real process as scripts run it.
 
+#include "clirun.h"
+
 #include <QDirIterator>
-#include <QProcess>
 #include <QRegularExpression>
 #include <QSqlDatabase>
 #include <QSqlQuery>
@@ -11,12 +12,7 @@
 
 namespace {
 
-struct Run
-{
-    int exitCode = -1;
-    QString out;
-    QString err;
-};
+using Run = pg::test::CliRun;
 
 } // namespace
 
@@ -41,19 +37,7 @@ private:
 
 Run TestCmdNew::cli(const QStringList &arguments)
 {
-    QProcess process;
-    QProcessEnvironment env = QProcessEnvironment::systemEnvironment();
-    env.remove(QStringLiteral("PAGAMENTI_RECORD_MANAGER"));
-    env.insert(QStringLiteral("ORVIDA_INI_DIR"), m_dir->path());
-    process.setProcessEnvironment(env);
-    process.start(QStringLiteral(PAGAMENTI_BINARY_DIR "/bin/pagamenti-cli"), arguments);
-    Run run;
-    if (!process.waitForFinished(120000) || process.exitStatus() != QProcess::NormalExit)
-        return run;
-    run.exitCode = process.exitCode();
-    run.out = QString::fromUtf8(process.readAllStandardOutput());
-    run.err = QString::fromUtf8(process.readAllStandardError());
-    return run;
+    return pg::test::runCli(arguments, m_dir->path());
 }
 
 void TestCmdNew::makeDemo()

@@ -5,8 +5,6 @@
 #include "archives/embeddedarchivestore.h"
 #include "archives/erpsession.h"
 
-#include <QProcess>
-
 namespace pg::test {
 
 namespace {
@@ -21,8 +19,7 @@ DemoRun::DemoRun() : m_dir(QStringLiteral("/tmp/pgeXXXXXX"))
     if (!m_dir.isValid())
         return;
     qputenv("ORVIDA_INI_DIR", m_dir.path().toLocal8Bit());
-    m_env = QProcessEnvironment::systemEnvironment();
-    m_env.remove(QStringLiteral("PAGAMENTI_RECORD_MANAGER"));
+    m_env = cliEnvironment(m_dir.path());
     const Run demo = cli({QStringLiteral("demo"), m_dir.path(), QStringLiteral("--today"),
                           today().toString(QStringLiteral("dd/MM/yyyy"))});
     if (demo.exitCode != 0)
@@ -32,16 +29,7 @@ DemoRun::DemoRun() : m_dir(QStringLiteral("/tmp/pgeXXXXXX"))
 
 DemoRun::Run DemoRun::cli(const QStringList &arguments) const
 {
-    QProcess process;
-    process.setProcessEnvironment(m_env);
-    process.start(QStringLiteral(PAGAMENTI_BINARY_DIR "/bin/pagamenti-cli"), arguments);
-    Run run;
-    if (!process.waitForFinished(120000) || process.exitStatus() != QProcess::NormalExit)
-        return run;
-    run.exitCode = process.exitCode();
-    run.out = QString::fromUtf8(process.readAllStandardOutput());
-    run.err = QString::fromUtf8(process.readAllStandardError());
-    return run;
+    return runCli(arguments, m_env);
 }
 
 archives::ErpRecord DemoRun::dueItem(const QString &key) const

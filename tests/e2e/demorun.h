@@ -1,5 +1,7 @@
 #pragma once
 
+#include "clirun.h"
+
 #include "archives/erprecord.h"
 
 #include <QDate>
@@ -29,12 +31,7 @@ public:
     // The day the demo's due dates gather around, and the program's today.
     static QDate today() { return QDate(2026, 11, 21); }
 
-    struct Run
-    {
-        int exitCode = -1;
-        QString out;
-        QString err;
-    };
+    using Run = CliRun;
     // pagamenti-cli on this installation.
     Run cli(const QStringList &arguments) const;
 

@@ -1,0 +1,36 @@
+#include "clirun.h"
+
+#include <QProcess>
+
+namespace pg::test {
+
+QProcessEnvironment cliEnvironment(const QString &iniDir)
+{
+    QProcessEnvironment env = QProcessEnvironment::systemEnvironment();
+    env.remove(QStringLiteral("PAGAMENTI_RECORD_MANAGER"));
+    env.remove(QStringLiteral("ORVIDA_INI_DIR"));
+    if (!iniDir.isEmpty())
+        env.insert(QStringLiteral("ORVIDA_INI_DIR"), iniDir);
+    return env;
+}
+
+CliRun runCli(const QStringList &arguments, const QProcessEnvironment &environment)
+{
+    QProcess process;
+    process.setProcessEnvironment(environment);
+    process.start(QStringLiteral(PAGAMENTI_BINARY_DIR "/bin/pagamenti-cli"), arguments);
+    CliRun run;
+    if (!process.waitForFinished(120000) || process.exitStatus() != QProcess::NormalExit)
+        return run;
+    run.exitCode = process.exitCode();
+    run.out = QString::fromUtf8(process.readAllStandardOutput());
+    run.err = QString::fromUtf8(process.readAllStandardError());
+    return run;
+}
+
+CliRun runCli(const QStringList &arguments, const QString &iniDir)
+{
+    return runCli(arguments, cliEnvironment(iniDir));
+}
+
+} // namespace pg::test
