@@ -6,6 +6,8 @@
 #include "core/cp1252.h"
 #include "core/vbdate.h"
 
+#include <algorithm>
+
 namespace pg::bankfile {
 
 namespace {
@@ -47,6 +49,71 @@ QString alpha(const QString &text, int n)
 QString numeric(const QString &text, int n)
 {
     return RiempiCampoN(CbiRecords::plain(text), n);
+}
+
+// The characters of a text as the file holds them when the code page has every one of them
+// (the usual case): itself, a control character as a blank. Without its leading and trailing
+// blanks, as the fillers take it.
+struct PlainView
+{
+    QStringView text;
+    bool plain = true;
+
+    explicit PlainView(const QString &source)
+    {
+        for (QChar c : source)
+            if (!cp1252::isRepresentable(c.unicode())) {
+                plain = false;
+                return;
+            }
+        qsizetype begin = 0;
+        qsizetype end = source.size();
+        while (begin < end && at(source, begin) == u' ')
+            ++begin;
+        while (end > begin && at(source, end - 1) == u' ')
+            --end;
+        text = QStringView(source).sliced(begin, end - begin);
+    }
+
+    static QChar at(QStringView text, qsizetype i)
+    {
+        const QChar c = text.at(i);
+        return c.unicode() < 0x20 || c.unicode() == 0x7F ? QChar(u' ') : c;
+    }
+    void appendTo(QString &line, qsizetype from, qsizetype count) const
+    {
+        for (qsizetype i = from; i < from + count; ++i)
+            line += at(text, i);
+    }
+};
+
+// alpha() and numeric() appended to the line in place, without the intermediate texts.
+void addAlpha(QString &line, const QString &text, int n)
+{
+    const PlainView view(text);
+    if (!view.plain) {
+        line += alpha(text, n);
+        return;
+    }
+    const qsizetype used = std::min<qsizetype>(view.text.size(), n);
+    view.appendTo(line, 0, used);
+    line.resize(line.size() + (n - used), u' ');
+}
+
+void addNumeric(QString &line, const QString &text, int n)
+{
+    const PlainView view(text);
+    if (!view.plain) {
+        line += numeric(text, n);
+        return;
+    }
+    const qsizetype size = view.text.size();
+    if (size >= n) {
+        view.appendTo(line, size - n, n);
+        return;
+    }
+    line.resize(line.size() + (n - size), u'0');
+    view.appendTo(line, 0, size);
 }
 
 // City and province as one text. The city is taken without its trailing blanks, so that the
@@ -101,11 +168,11 @@ QString CbiRecords::progressivo(int num)
 QString CbiRecords::recordPC(const distinta::Testata &header)
 {
     QString line = begin(u"PC");
-    line += alpha(header.cod_sia_banca, 5);
-    line += alpha(header.cod_codiceabi, 5);
+    addAlpha(line, header.cod_sia_banca, 5);
+    addAlpha(line, header.cod_codiceabi, 5);
     line += fixed(dates::toDdmmyy(header.dat_data_creazione), 6);
     // The support name: the code as stored, leading blanks and all, before the references.
-    line += alpha(header.cod_distinta + u'_' + header.des_riferimenti, 20);
+    addAlpha(line, header.cod_distinta + u'_' + header.des_riferimenti, 20);
     addBlanks(line, 6);
     addBlanks(line, 68);
     line += QStringLiteral("E");
@@ -127,17 +194,17 @@ QString CbiRecords::record10(int num, const QString &creationDate, const distint
     line += QString::number(48000);
     line += RiempiCampoEuro(*row.val_imp_indist_val, 13);
     line += QStringLiteral("+");
-    line += numeric(header.cod_codiceabi, 5);
-    line += numeric(header.cod_codicecab, 5);
+    addNumeric(line, header.cod_codiceabi, 5);
+    addNumeric(line, header.cod_codicecab, 5);
     // The ordering account left-aligned with blanks, the beneficiary's right-aligned with
     // zeros after being cut to 12 on the right: the two are meant to differ.
-    line += alpha(header.des_conto_ordinante, 12);
-    line += numeric(abi, 5);
-    line += numeric(cab, 5);
+    addAlpha(line, header.des_conto_ordinante, 12);
+    addNumeric(line, abi, 5);
+    addNumeric(line, cab, 5);
     line += (QString(20, u'0') + trimBlanks(alpha(row.des_num_cc, 12))).right(12);
-    line += alpha(header.cod_sia_banca, 5);
+    addAlpha(line, header.cod_sia_banca, 5);
     line += QStringLiteral("5");
-    line += alpha(row.cod_clifor, 16);
+    addAlpha(line, row.cod_clifor, 16);
     addBlanks(line, 1);
     addBlanks(line, 5);
     line += QStringLiteral("E");
@@ -148,8 +215,8 @@ QString CbiRecords::recordIban(const QString &type, int num, const Iban &iban)
 {
     QString line = begin(type);
     line += progressivo(num);
-    line += alpha(iban.paese, 4);
-    line += alpha(iban.resto, 30);
+    addAlpha(line, iban.paese, 4);
+    addAlpha(line, iban.resto, 30);
     addBlanks(line, 76);
     return checked(line, Width);
 }
@@ -158,10 +225,10 @@ QString CbiRecords::record20(int num, const archives::CompanyData &company)
 {
     QString line = begin(u"20");
     line += progressivo(num);
-    line += alpha(company.ragsoc, 30);
-    line += alpha(company.indirizzo, 30);
-    line += alpha(cityAndProvince(company.citta, company.provincia), 30);
-    line += alpha(taxIdentifier(company.codFiscale, company.partitaIva), 16);
+    addAlpha(line, company.ragsoc, 30);
+    addAlpha(line, company.indirizzo, 30);
+    addAlpha(line, cityAndProvince(company.citta, company.provincia), 30);
+    addAlpha(line, taxIdentifier(company.codFiscale, company.partitaIva), 16);
     addBlanks(line, 4);
     return checked(line, Width);
 }
@@ -174,10 +241,10 @@ QString CbiRecords::record30(int num, const Beneficiario &beneficiario)
     const QString name = plain(beneficiario.ragsoc).left(30).leftJustified(40, u' ');
     QString line = begin(u"30");
     line += progressivo(num);
-    line += alpha(name.left(30), 30);
-    line += alpha(name.right(10), 30);
+    addAlpha(line, name.left(30), 30);
+    addAlpha(line, name.right(10), 30);
     addBlanks(line, 30);
-    line += alpha(taxIdentifier(beneficiario.codFiscale, beneficiario.partitaIva), 16);
+    addAlpha(line, taxIdentifier(beneficiario.codFiscale, beneficiario.partitaIva), 16);
     addBlanks(line, 4);
     return checked(line, Width);
 }
@@ -187,11 +254,11 @@ QString CbiRecords::record40(int num, const Indirizzo &indirizzo, const QString 
 {
     QString line = begin(u"40");
     line += progressivo(num);
-    line += alpha(indirizzo.indirizzo, 30);
-    line += alpha(indirizzo.cap, 5);
-    line += alpha(cityAndProvince(indirizzo.citta, indirizzo.provincia), 25);
+    addAlpha(line, indirizzo.indirizzo, 30);
+    addAlpha(line, indirizzo.cap, 5);
+    addAlpha(line, cityAndProvince(indirizzo.citta, indirizzo.provincia), 25);
     const QString banca = alpha(nomeBanca, 50);
-    line += alpha(trimBlanks(banca) + u' ' + plain(nomeAgenzia), 50);
+    addAlpha(line, trimBlanks(banca) + u' ' + plain(nomeAgenzia), 50);
     return checked(line, Width);
 }
 
@@ -202,7 +269,8 @@ QString CbiRecords::record50(int num, const distinta::Riga &row, bool modDescr)
         documento += u'/' + plain(row.des_serie_doc);
     QString line = begin(u"50");
     line += progressivo(num);
-    line += alpha(documento, 24) + fixed(dates::ymdToDdmmyy(row.dat_data_doc), 6);
+    addAlpha(line, documento, 24);
+    line += fixed(dates::ymdToDdmmyy(row.dat_data_doc), 6);
     line += modDescr ? alpha(row.des_scadenza, 30) : blanks(30);
     addBlanks(line, 30);
     addBlanks(line, 20);

@@ -194,6 +194,20 @@ void TestCbiRecords::recordsKeepTheirWidthWhateverTheData()
     }
     // The second half of the beneficiary's name in "30" is always blank.
     QCOMPARE(records.at(5).first.mid(40, 30), QString(30, u' '));
+
+    // Control characters of a text the code page holds become blanks, and the blanks around
+    // the text go, before it is aligned: on the left for text, on the right for numbers.
+    archives::CompanyData plainCompany;
+    plainCompany.ragsoc = QStringLiteral("\tRossi\u0007S.p.A. \r\n");
+    QCOMPARE(CbiRecords::record20(1, plainCompany).mid(10, 30),
+             QStringLiteral("Rossi S.p.A.").leftJustified(30));
+    distinta::Testata plainHeader;
+    plainHeader.cod_codiceabi = QStringLiteral(" \t3069\n");
+    plainHeader.cod_codicecab = QStringLiteral("1234567");
+    distinta::Riga plainRow;
+    plainRow.val_imp_indist_val = 1;
+    const QString r10 = CbiRecords::record10(1, {}, plainHeader, plainRow, {}, {});
+    QCOMPARE(r10.mid(47, 10), QStringLiteral("0306934567"));
 }
 
 void TestCbiRecords::missingAmountStopsTheDisposition()
