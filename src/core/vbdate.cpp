@@ -37,10 +37,21 @@ QString digits(const QDate &date, QStringView pattern, const QString &qtPattern)
         int value = -1;
         int place = 0;
         switch (c.unicode()) {
-        case u'y': value = year; place = yearDigits - 1 - y++; break;
-        case u'm': value = date.month(); place = 1 - m++; break;
-        case u'd': value = date.day(); place = 1 - d++; break;
-        default: *p++ = c; continue;
+        case u'y':
+            value = year;
+            place = yearDigits - 1 - y++;
+            break;
+        case u'm':
+            value = date.month();
+            place = 1 - m++;
+            break;
+        case u'd':
+            value = date.day();
+            place = 1 - d++;
+            break;
+        default:
+            *p++ = c;
+            continue;
         }
         for (int i = 0; i < place; ++i)
             value /= 10;
@@ -63,7 +74,8 @@ void setToday(const QDate &date)
 
 QDate parseDmy(const QString &text)
 {
-    static const QRegularExpression form(QStringLiteral("^\\s*(\\d{1,2})/(\\d{1,2})/(\\d{4})\\s*$"));
+    static const QRegularExpression form(
+        QStringLiteral("^\\s*(\\d{1,2})/(\\d{1,2})/(\\d{4})\\s*$"));
     const auto match = form.match(text);
     if (!match.hasMatch())
         return {};

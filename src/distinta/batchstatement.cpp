@@ -22,12 +22,11 @@ sqlite3 *nativeHandle(QSqlDatabase &db)
 
 } // namespace
 
-BatchStatement::BatchStatement(QSqlDatabase &db, const QString &sql)
-    : m_handle(nativeHandle(db))
+BatchStatement::BatchStatement(QSqlDatabase &db, const QString &sql) : m_handle(nativeHandle(db))
 {
     if (m_handle) {
-        if (sqlite3_prepare16_v2(m_handle, sql.utf16(), int(sql.size() * sizeof(char16_t)), &m_statement,
-                                 nullptr) != SQLITE_OK)
+        if (sqlite3_prepare16_v2(m_handle, sql.utf16(), int(sql.size() * sizeof(char16_t)),
+                                 &m_statement, nullptr) != SQLITE_OK)
             fail();
         return;
     }

@@ -71,7 +71,8 @@ QList<qint64> writeChanges(QSqlDatabase &db, QLatin1StringView table, const Reco
     QList<qint64> added;
 
     if (!set.removedRowids().isEmpty()) {
-        BatchStatement del(db, QStringLiteral("DELETE FROM ") + tableName + QStringLiteral(" WHERE rowid = ?"));
+        BatchStatement del(db, QStringLiteral("DELETE FROM ") + tableName +
+                                   QStringLiteral(" WHERE rowid = ?"));
         for (qint64 rowid : set.removedRowids()) {
             del.bind(0, rowid);
             del.exec();
@@ -100,8 +101,9 @@ QList<qint64> writeChanges(QSqlDatabase &db, QLatin1StringView table, const Reco
                 QStringList marks;
                 for (int i = 0; i < columns.size(); ++i)
                     marks << QStringLiteral("?");
-                insert.emplace(db, QStringLiteral("INSERT INTO ") + tableName + QStringLiteral(" (") +
-                                       columnList<Record>() + QStringLiteral(") VALUES (") +
+                insert.emplace(db, QStringLiteral("INSERT INTO ") + tableName +
+                                       QStringLiteral(" (") + columnList<Record>() +
+                                       QStringLiteral(") VALUES (") +
                                        marks.join(QStringLiteral(", ")) + u')');
             }
             int i = 0;
