@@ -3,12 +3,8 @@
 
 #include "clirun.h"
 
-#include <QDirIterator>
 #include <QProcess>
 #include <QRegularExpression>
-#include <QSqlDatabase>
-#include <QSqlQuery>
-#include <QSqlRecord>
 #include <QStandardPaths>
 #include <QTemporaryDir>
 #include <QTest>
@@ -54,25 +50,7 @@ Run TestCmdCbiXml::cli(const QStringList &arguments)
 
 QVariantList TestCmdCbiXml::row(const QString &sql)
 {
-    QString path;
-    QDirIterator it(m_dir->path(), {QStringLiteral("Pagame.db")}, QDir::Files,
-                    QDirIterator::Subdirectories);
-    if (it.hasNext())
-        path = it.next();
-    QVariantList values;
-    {
-        QSqlDatabase db =
-            QSqlDatabase::addDatabase(QStringLiteral("QSQLITE"), QStringLiteral("check"));
-        db.setDatabaseName(path);
-        if (db.open()) {
-            QSqlQuery query(db);
-            if (query.exec(sql) && query.next())
-                for (int i = 0; i < query.record().count(); ++i)
-                    values << query.value(i);
-        }
-    }
-    QSqlDatabase::removeDatabase(QStringLiteral("check"));
-    return values;
+    return pg::test::localDatabaseRow(m_dir->path(), sql);
 }
 
 void TestCmdCbiXml::initTestCase()

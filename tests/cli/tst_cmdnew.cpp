@@ -2,11 +2,7 @@
 
 #include "clirun.h"
 
-#include <QDirIterator>
 #include <QRegularExpression>
-#include <QSqlDatabase>
-#include <QSqlQuery>
-#include <QSqlRecord>
 #include <QTemporaryDir>
 #include <QTest>
 
@@ -59,25 +55,7 @@ void TestCmdNew::makeDemo()
 
 QVariantList TestCmdNew::row(const QString &sql)
 {
-    QString path;
-    QDirIterator it(m_dir->path(), {QStringLiteral("Pagame.db")}, QDir::Files,
-                    QDirIterator::Subdirectories);
-    if (it.hasNext())
-        path = it.next();
-    QVariantList values;
-    {
-        QSqlDatabase db =
-            QSqlDatabase::addDatabase(QStringLiteral("QSQLITE"), QStringLiteral("check"));
-        db.setDatabaseName(path);
-        if (db.open()) {
-            QSqlQuery query(db);
-            if (query.exec(sql) && query.next())
-                for (int i = 0; i < query.record().count(); ++i)
-                    values << query.value(i);
-        }
-    }
-    QSqlDatabase::removeDatabase(QStringLiteral("check"));
-    return values;
+    return pg::test::localDatabaseRow(m_dir->path(), sql);
 }
 
 void TestCmdNew::initTestCase()

@@ -1,6 +1,10 @@
 #include "clirun.h"
 
+#include <QDirIterator>
 #include <QProcess>
+#include <QSqlDatabase>
+#include <QSqlQuery>
+#include <QSqlRecord>
 
 namespace pg::test {
 
@@ -31,6 +35,29 @@ CliRun runCli(const QStringList &arguments, const QProcessEnvironment &environme
 CliRun runCli(const QStringList &arguments, const QString &iniDir)
 {
     return runCli(arguments, cliEnvironment(iniDir));
+}
+
+QVariantList localDatabaseRow(const QString &iniDir, const QString &sql)
+{
+    QString path;
+    QDirIterator it(iniDir, {QStringLiteral("Pagame.db")}, QDir::Files,
+                    QDirIterator::Subdirectories);
+    if (it.hasNext())
+        path = it.next();
+    QVariantList values;
+    {
+        QSqlDatabase db =
+            QSqlDatabase::addDatabase(QStringLiteral("QSQLITE"), QStringLiteral("check"));
+        db.setDatabaseName(path);
+        if (!path.isEmpty() && db.open()) {
+            QSqlQuery query(db);
+            if (query.exec(sql) && query.next())
+                for (int i = 0; i < query.record().count(); ++i)
+                    values << query.value(i);
+        }
+    }
+    QSqlDatabase::removeDatabase(QStringLiteral("check"));
+    return values;
 }
 
 } // namespace pg::test

@@ -3,6 +3,7 @@
 #include <QProcessEnvironment>
 #include <QString>
 #include <QStringList>
+#include <QVariantList>
 
 namespace pg::test {
 
@@ -24,5 +25,9 @@ QProcessEnvironment cliEnvironment(const QString &iniDir);
 // run it.
 CliRun runCli(const QStringList &arguments, const QProcessEnvironment &environment);
 CliRun runCli(const QStringList &arguments, const QString &iniDir);
+
+// The first row of a query on the local database ("Pagame.db") found below iniDir, as the
+// command line left it; empty when there is none.
+QVariantList localDatabaseRow(const QString &iniDir, const QString &sql);
 
 } // namespace pg::test
