@@ -8,15 +8,18 @@ namespace pg::archives {
 
 const FieldDef *ArchiveLayout::field(const QString &recordType, const QString &fieldName) const
 {
-    for (const QString &type : {recordType, QStringLiteral("*")}) {
+    // The record type's own fields first, then the fields every record has.
+    const auto find = [&](const QString &type) -> const FieldDef * {
         const auto t = m_index.constFind(type);
         if (t == m_index.constEnd())
-            continue;
+            return nullptr;
         const auto f = t->constFind(fieldName);
-        if (f != t->constEnd())
-            return &m_fields.constFind(type)->at(*f);
-    }
-    return nullptr;
+        return f == t->constEnd() ? nullptr : &m_fields.constFind(type)->at(*f);
+    };
+    if (const FieldDef *own = find(recordType))
+        return own;
+    static const QString everyRecord = QStringLiteral("*");
+    return recordType == everyRecord ? nullptr : find(everyRecord);
 }
 
 QList<FieldDef> ArchiveLayout::fields(const QString &recordType) const

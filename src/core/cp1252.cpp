@@ -125,14 +125,12 @@ QByteArray encode(QStringView text)
 
 QString decode(QByteArrayView bytes)
 {
-    QString out;
-    out.reserve(bytes.size());
+    QString out(bytes.size(), Qt::Uninitialized);
+    QChar *p = out.data();
     for (char c : bytes) {
         const auto b = static_cast<unsigned char>(c);
-        if (b >= 0x80 && b <= 0x9F && High[b - 0x80] != 0)
-            out += QChar(High[b - 0x80]);
-        else
-            out += QChar(char16_t(b));
+        *p++ = b >= 0x80 && b <= 0x9F && High[b - 0x80] != 0 ? QChar(High[b - 0x80])
+                                                             : QChar(char16_t(b));
     }
     return out;
 }

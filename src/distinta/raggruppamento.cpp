@@ -16,7 +16,13 @@ void addTo(std::optional<double> &sum, const std::optional<double> &value)
 
 QString documentReference(const Riga &row)
 {
-    return (row.des_num_doc + row.des_serie_doc).leftJustified(7, u' ', true);
+    // Number and series, blank-filled or cut to seven characters.
+    QString reference(7, u' ');
+    qsizetype used = 0;
+    for (const QString *part : {&row.des_num_doc, &row.des_serie_doc})
+        for (qsizetype i = 0; i < part->size() && used < 7; ++i)
+            reference[used++] = part->at(i);
+    return reference;
 }
 
 const QString Overlong(31, u'X');
@@ -59,8 +65,16 @@ void raggruppaRighe(Distinta &distinta, const QString &groupTemplate)
     const RecordSet<Riga> &rows = distinta.righe;
     for (int i = 0; i < rows.size(); ++i) {
         const Riga &row = rows.at(i);
-        // The three parts are separated by a character no code contains.
-        const QString key = row.cod_clifor + u'\x1f' + row.cod_banca_cli + u'\x1f' + row.cod_agenzia_cli;
+        // The three parts are separated by a character no code contains; the key is built in
+        // one piece, as it is made for every row.
+        QString key;
+        key.reserve(row.cod_clifor.size() + row.cod_banca_cli.size() + row.cod_agenzia_cli.size() +
+                    2);
+        key += row.cod_clifor;
+        key += u'\x1f';
+        key += row.cod_banca_cli;
+        key += u'\x1f';
+        key += row.cod_agenzia_cli;
         int g = groupOf.value(key, -1);
         if (g < 0) {
             g = groups.append(row);
