@@ -20,6 +20,22 @@ sqlite3 *nativeHandle(QSqlDatabase &db)
     return nullptr;
 }
 
+// A value stored as NULL, as Qt SQL stores it: an empty variant, and also a null text or an
+// invalid date (which a variant no longer counts as null).
+bool storesNull(const QVariant &value)
+{
+    if (value.isNull())
+        return true;
+    switch (value.typeId()) {
+    case QMetaType::QString:
+        return value.toString().isNull();
+    case QMetaType::QDate:
+        return !value.toDate().isValid();
+    default:
+        return false;
+    }
+}
+
 } // namespace
 
 BatchStatement::BatchStatement(QSqlDatabase &db, const QString &sql) : m_handle(nativeHandle(db))
@@ -58,7 +74,7 @@ void BatchStatement::bind(int index, const QVariant &value)
     }
     const int position = index + 1;
     int rc = SQLITE_OK;
-    if (value.isNull()) {
+    if (storesNull(value)) {
         rc = sqlite3_bind_null(m_statement, position);
     } else {
         switch (value.typeId()) {

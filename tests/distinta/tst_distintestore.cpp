@@ -274,6 +274,22 @@ void TestDistinteStore::saveWritesExactlyWhatChanged()
     QCOMPARE(read.righeRagg.size(), 2);
     // Rows come back ordered by account.
     QCOMPARE(read.righe.at(2).cod_clifor, QStringLiteral("200002"));
+
+    // Unknown values are stored as NULL and come back unknown; an empty text stays a text.
+    d.righe.edit(0).des_scadenza = QString();
+    d.righe.edit(0).des_num_prot = QStringLiteral("");
+    d.righe.edit(0).val_imp_indist_val.reset();
+    QVERIFY(m_store->Salva(d, false, true));
+    const QString rowOne = QStringLiteral(" FROM TB_RIGHE WHERE des_link_orvida = '%1'").arg(link(1));
+    QCOMPARE(count(QStringLiteral("SELECT des_scadenza IS NULL AND val_imp_indist_val IS NULL") +
+                   rowOne),
+             1);
+    QCOMPARE(count(QStringLiteral("SELECT des_num_prot = ''") + rowOne), 1);
+    m_store->Leggi(read, QStringLiteral("     1"));
+    const Riga &back = read.righe.at(read.righe.indexOfKey(QStringLiteral("F") + link(1)));
+    QVERIFY(back.des_scadenza.isNull());
+    QVERIFY(!back.des_num_prot.isNull());
+    QVERIFY(!back.val_imp_indist_val);
 }
 
 void TestDistinteStore::declinedSaveKeepsEverything()
