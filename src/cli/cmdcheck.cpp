@@ -1,7 +1,6 @@
 // pagamenti-cli check N
 #include "cmdcheck.h"
 
-#include "commandargs.h"
 #include "commandcontext.h"
 #include "distintasession.h"
 
@@ -13,17 +12,9 @@ namespace pg::cli {
 
 int runCheck(CommandContext &context)
 {
-    CommandArgs args;
-    QString error;
-    if (!args.parse(context.arguments(), {}, {}, &error))
-        return context.usageError(error);
-    const qint64 number = DistintaSession::number(args.positional(), &error);
-    if (number == 0)
-        return context.usageError(error);
-
     DistintaSession session;
-    if (!session.open(number))
-        return ExitFailure;
+    if (const std::optional<int> failed = session.openFromArguments(context))
+        return *failed;
     checks::CompletenessCheck check(session.store(), session.erp());
     const checks::CompletenessCheck::Result result =
         check.chkDatiBAnca(session.distinta(), false, {});

@@ -1,5 +1,4 @@
 // pagamenti-cli delete N [--yes]
-#include "commandargs.h"
 #include "commandcontext.h"
 #include "commands.h"
 #include "distintasession.h"
@@ -11,16 +10,10 @@ namespace pg::cli {
 
 int runDelete(CommandContext &context)
 {
-    CommandArgs args;
-    QString error;
-    if (!args.parse(context.arguments(), {}, {}, &error))
-        return context.usageError(error);
-    const qint64 number = DistintaSession::number(args.positional(), &error);
-    if (number == 0)
-        return context.usageError(error);
     DistintaSession session;
-    if (!session.open(number))
-        return ExitFailure;
+    if (const std::optional<int> failed = session.openFromArguments(context))
+        return *failed;
+    const qint64 number = session.openedNumber();
 
     // The main window offers no deletion once the distinta is printed in final form or
     // presented to the bank; neither does the command line.

@@ -1,5 +1,4 @@
 // pagamenti-cli show N
-#include "commandargs.h"
 #include "commandcontext.h"
 #include "commands.h"
 #include "distintasession.h"
@@ -21,16 +20,10 @@ QString stateName(const QString &state)
 
 int runShow(CommandContext &context)
 {
-    CommandArgs args;
-    QString error;
-    if (!args.parse(context.arguments(), {}, {}, &error))
-        return context.usageError(error);
-    const qint64 number = DistintaSession::number(args.positional(), &error);
-    if (number == 0)
-        return context.usageError(error);
     DistintaSession session;
-    if (!session.open(number))
-        return ExitFailure;
+    if (const std::optional<int> failed = session.openFromArguments(context))
+        return *failed;
+    const qint64 number = session.openedNumber();
 
     const distinta::Distinta &d = session.distinta();
     const distinta::Testata &h = d.header();

@@ -1,5 +1,8 @@
 #include "distintasession.h"
 
+#include "commandargs.h"
+#include "commandcontext.h"
+
 #include "archives/recordmanagerfactory.h"
 #include "core/distintacode.h"
 #include "core/prompter.h"
@@ -48,6 +51,20 @@ qint64 DistintaSession::number(const QStringList &positional, QString *error)
     return n;
 }
 
+std::optional<int> DistintaSession::openFromArguments(CommandContext &context)
+{
+    CommandArgs args;
+    QString error;
+    if (!args.parse(context.arguments(), {}, {}, &error))
+        return context.usageError(error);
+    const qint64 n = number(args.positional(), &error);
+    if (n == 0)
+        return context.usageError(error);
+    if (!open(n))
+        return ExitFailure;
+    return std::nullopt;
+}
+
 bool DistintaSession::openCompany()
 {
     // The local database as start-up leaves it: created when missing, converted when older.
@@ -62,6 +79,7 @@ bool DistintaSession::openCompany()
 
 bool DistintaSession::open(qint64 number)
 {
+    m_number = number;
     if (!openCompany())
         return false;
     QString code = formatDistintaCode(number);

@@ -7,8 +7,11 @@
 #include <QStringList>
 
 #include <memory>
+#include <optional>
 
 namespace pg::cli {
+
+class CommandContext;
 
 // The suite's company opened as the main window opens it (libraries, archives in their
 // order, company records, release check, the clerk's settings, the distinta component), with
@@ -34,10 +37,18 @@ public:
     // 0 (after the reason in *error) when it is not one.
     static qint64 number(const QStringList &positional, QString *error);
 
+    // For the commands whose only argument is the distinta's number: the arguments parsed and
+    // the distinta opened. The exit code to end with when that fails, after telling why;
+    // nothing when the distinta is open.
+    std::optional<int> openFromArguments(CommandContext &context);
+    // The number the distinta was opened by.
+    qint64 openedNumber() const { return m_number; }
+
 private:
     std::unique_ptr<editor::PrinterCatalog> m_printers;
     std::unique_ptr<editor::MainWindowLoad> m_load;
     distinta::Distinta m_distinta;
+    qint64 m_number = 0;
 };
 
 } // namespace pg::cli
