@@ -64,15 +64,8 @@ Riga rowFor(int n)
 int main(int argc, char **argv)
 {
     QCoreApplication app(argc, argv);
-    int rows = 10000;
-    int runs = 5;
-    const QStringList args = app.arguments();
-    for (int i = 1; i + 1 < args.size(); ++i) {
-        if (args.at(i) == u"--rows")
-            rows = args.at(i + 1).toInt();
-        else if (args.at(i) == u"--runs")
-            runs = args.at(i + 1).toInt();
-    }
+    const int rows = bench::intOption(app.arguments(), u"--rows", 10000);
+    const int runs = bench::intOption(app.arguments(), u"--runs", 5);
 
     test::TestInstallation inst;
     if (!inst.isValid())

@@ -31,13 +31,11 @@ int main(int argc, char **argv)
         std::fprintf(stderr, "uso: bench_selection CARTELLA [--runs R] [--from GG/MM/AAAA] [--to GG/MM/AAAA]\n");
         return 2;
     }
-    int runs = 3;
+    const int runs = bench::intOption(args, u"--runs", 3);
     QDate from(2026, 11, 21);
     QDate to = from.addDays(1);
     for (int i = 2; i + 1 < args.size(); i += 2) {
-        if (args.at(i) == u"--runs")
-            runs = args.at(i + 1).toInt();
-        else if (args.at(i) == u"--from")
+        if (args.at(i) == u"--from")
             from = dates::parseDmy(args.at(i + 1));
         else if (args.at(i) == u"--to")
             to = dates::parseDmy(args.at(i + 1));

@@ -38,14 +38,8 @@ int main(int argc, char **argv)
         std::fprintf(stderr, "uso: bench_startup CARTELLA [--runs R]\n");
         return 2;
     }
-    int runs = 5;
-    qint64 items = 0;
-    for (int i = 2; i + 1 < args.size(); i += 2) {
-        if (args.at(i) == u"--runs")
-            runs = args.at(i + 1).toInt();
-        else if (args.at(i) == u"--items")
-            items = args.at(i + 1).toLongLong();
-    }
+    const int runs = bench::intOption(args, u"--runs", 5);
+    const qint64 items = bench::intOption(args, u"--items", 0);
     const QString bin = QCoreApplication::applicationDirPath() + u'/';
     QProcessEnvironment env = QProcessEnvironment::systemEnvironment();
     env.insert(QStringLiteral("ORVIDA_INI_DIR"), args.at(1));

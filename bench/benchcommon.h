@@ -7,6 +7,7 @@
 #include <QElapsedTimer>
 #include <QtGlobal>
 #include <QList>
+#include <QStringList>
 
 #include <algorithm>
 #include <cstdio>
@@ -17,6 +18,13 @@
 #endif
 
 namespace pg::bench {
+
+// The whole number that follows an option ("--rows 10000") among the arguments, or the default.
+inline int intOption(const QStringList &args, QStringView name, int fallback)
+{
+    const qsizetype i = args.indexOf(name.toString());
+    return i >= 0 && i + 1 < args.size() ? args.at(i + 1).toInt() : fallback;
+}
 
 inline double median(QList<double> values)
 {
