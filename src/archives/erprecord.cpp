@@ -22,8 +22,7 @@ const ArchiveLayout &layoutOf(int archive)
 } // namespace
 
 ErpRecord::ErpRecord(int archive, const QString &recordType)
-    : m_layout(&layoutOf(archive))
-    , m_buffer(m_layout->length, ' ')
+    : m_layout(&layoutOf(archive)), m_buffer(m_layout->length, ' ')
 {
     setRecordType(recordType);
 }
@@ -31,7 +30,8 @@ ErpRecord::ErpRecord(int archive, const QString &recordType)
 void ErpRecord::setRecordType(const QString &recordType)
 {
     m_type = recordType;
-    if (recordType != QStringLiteral("*") && m_layout->field(QStringLiteral("*"), QStringLiteral("tipo_rec")))
+    if (recordType != QStringLiteral("*") &&
+        m_layout->field(QStringLiteral("*"), QStringLiteral("tipo_rec")))
         setText(QStringLiteral("tipo_rec"), recordType);
 }
 
@@ -54,24 +54,32 @@ QByteArrayView ErpRecord::bytes(const FieldDef &field) const
 QString ErpRecord::text(const QString &field) const
 {
     const FieldDef &f = fieldDef(field);
-    QByteArray raw = bytes(f).toByteArray();
-    raw.replace('\0', ' ');
-    if (raw.size() < f.width)
-        raw.append(QByteArray(f.width - raw.size(), ' '));
-    return cp1252::decode(raw);
+    QString out = cp1252::decode(bytes(f));
+    out.replace(QChar(u'\0'), QChar(u' '));
+    if (out.size() < f.width)
+        out.resize(f.width, u' ');
+    return out;
 }
 
 void ErpRecord::setText(const QString &field, const QString &value)
 {
     const FieldDef &f = fieldDef(field);
-    const QByteArray raw = cp1252::encode(value);
+    // Fields are short: the value is encoded on the stack unless it is long.
+    char local[256];
+    QByteArray heap;
+    char *raw = local;
+    if (value.size() > qsizetype(sizeof local)) {
+        heap.resize(value.size());
+        raw = heap.data();
+    }
+    const qsizetype encoded = cp1252::encodeInto(value, raw);
     const qsizetype length = std::max<qsizetype>(m_layout->length, f.offset + f.width);
     if (m_buffer.size() < length)
         m_buffer.append(QByteArray(length - m_buffer.size(), ' '));
     // The field's bytes: the value cut to the field's width, blanks after it.
     char *dst = m_buffer.data() + f.offset;
-    const qsizetype used = std::min<qsizetype>(raw.size(), f.width);
-    std::memcpy(dst, raw.constData(), size_t(used));
+    const qsizetype used = std::min<qsizetype>(encoded, f.width);
+    std::memcpy(dst, raw, size_t(used));
     std::memset(dst + used, ' ', size_t(f.width - used));
 }
 

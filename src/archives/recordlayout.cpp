@@ -14,7 +14,7 @@ const FieldDef *ArchiveLayout::field(const QString &recordType, const QString &f
         if (t == m_index.constEnd())
             return nullptr;
         const auto f = t->constFind(fieldName);
-        return f == t->constEnd() ? nullptr : &m_fields.constFind(type)->at(*f);
+        return f == t->constEnd() ? nullptr : &*f;
     };
     if (const FieldDef *own = find(recordType))
         return own;
@@ -61,10 +61,10 @@ QByteArray ArchiveLayout::keyOf(const QByteArray &record, int key) const
     QByteArray out;
     out.reserve(keyLength(key));
     for (const FieldDef &f : keyFields(key)) {
-        QByteArray part = record.mid(f.offset, f.width);
-        if (part.size() < f.width)
-            part.append(QByteArray(f.width - part.size(), ' '));
-        out += part;
+        // A short record reads as blanks past its end.
+        const qsizetype available = std::clamp<qsizetype>(record.size() - f.offset, 0, f.width);
+        out.append(record.constData() + std::min<qsizetype>(f.offset, record.size()), available);
+        out.append(f.width - available, ' ');
     }
     return out;
 }
@@ -127,7 +127,7 @@ RecordLayouts RecordLayouts::parse(const QString &text, QString *error)
             if (!ok || !okWidth || f.offset < 0 || f.width <= 0 || f.offset + f.width > a.length)
                 return fail(i + 1,
                             QStringLiteral("posizione del campo %1 fuori dal record").arg(f.name));
-            a.m_index[type].insert(f.name, int(a.m_fields[type].size()));
+            a.m_index[type].insert(f.name, f);
             a.m_fields[type].append(f);
         } else {
             return fail(i + 1, QStringLiteral("riga sconosciuta: %1").arg(kind));

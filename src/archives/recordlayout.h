@@ -41,7 +41,7 @@ public:
 private:
     friend class RecordLayouts;
     QMap<QString, QList<FieldDef>> m_fields; // record type -> fields
-    QHash<QString, QHash<QString, int>> m_index;
+    QHash<QString, QHash<QString, FieldDef>> m_index; // record type -> name -> field
     QMap<int, QList<FieldDef>> m_keys;
 };
 

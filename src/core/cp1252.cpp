@@ -11,10 +11,9 @@ namespace {
 
 // Bytes 0x80 to 0x9F; 0 marks the five the code page leaves undefined.
 constexpr char16_t High[32] = {
-    0x20AC, 0,      0x201A, 0x0192, 0x201E, 0x2026, 0x2020, 0x2021,
-    0x02C6, 0x2030, 0x0160, 0x2039, 0x0152, 0,      0x017D, 0,
-    0,      0x2018, 0x2019, 0x201C, 0x201D, 0x2022, 0x2013, 0x2014,
-    0x02DC, 0x2122, 0x0161, 0x203A, 0x0153, 0,      0x017E, 0x0178,
+    0x20AC, 0,      0x201A, 0x0192, 0x201E, 0x2026, 0x2020, 0x2021, 0x02C6, 0x2030, 0x0160,
+    0x2039, 0x0152, 0,      0x017D, 0,      0,      0x2018, 0x2019, 0x201C, 0x201D, 0x2022,
+    0x2013, 0x2014, 0x02DC, 0x2122, 0x0161, 0x203A, 0x0153, 0,      0x017E, 0x0178,
 };
 
 // A character the code page holds at its own number.
@@ -37,17 +36,35 @@ int byteOf(char32_t ucs)
 char32_t plainForm(char32_t ucs)
 {
     switch (ucs) {
-    case 0x0141: return u'L'; // Ł
-    case 0x0142: return u'l';
-    case 0x0110: return u'D'; // Đ
-    case 0x0111: return u'd';
-    case 0x0131: return u'i'; // dotless i
-    case 0x0126: return u'H';
-    case 0x0127: return u'h';
-    case 0x2010: case 0x2011: case 0x2012: case 0x2212: return u'-';
-    case 0x00A0: return u' ';
-    case 0x2007: case 0x2008: case 0x2009: case 0x200A: case 0x202F: return u' ';
-    default: break;
+    case 0x0141:
+        return u'L'; // Ł
+    case 0x0142:
+        return u'l';
+    case 0x0110:
+        return u'D'; // Đ
+    case 0x0111:
+        return u'd';
+    case 0x0131:
+        return u'i'; // dotless i
+    case 0x0126:
+        return u'H';
+    case 0x0127:
+        return u'h';
+    case 0x2010:
+    case 0x2011:
+    case 0x2012:
+    case 0x2212:
+        return u'-';
+    case 0x00A0:
+        return u' ';
+    case 0x2007:
+    case 0x2008:
+    case 0x2009:
+    case 0x200A:
+    case 0x202F:
+        return u' ';
+    default:
+        break;
     }
     return 0;
 }
@@ -107,19 +124,23 @@ QString toCodePage(QStringView text)
     return out;
 }
 
-QByteArray encode(QStringView text)
+qsizetype encodeInto(QStringView text, char *out)
 {
-    QByteArray out(text.size(), Qt::Uninitialized);
-    char *p = out.data();
     // The plain beginning of the text (usually all of it) byte for byte, the rest one code
     // point at a time.
     const qsizetype n = text.size();
     qsizetype plain = 0;
     for (const char16_t *c = text.utf16(); plain < n && isOneByte(c[plain]); ++plain)
-        p[plain] = char(c[plain]);
+        out[plain] = char(c[plain]);
     qsizetype used = plain;
-    forEachCodePoint(text.sliced(plain), [&](char32_t ucs) { p[used++] = char(byteOf(ucs)); });
-    out.truncate(used);
+    forEachCodePoint(text.sliced(plain), [&](char32_t ucs) { out[used++] = char(byteOf(ucs)); });
+    return used;
+}
+
+QByteArray encode(QStringView text)
+{
+    QByteArray out(text.size(), Qt::Uninitialized);
+    out.truncate(encodeInto(text, out.data()));
     return out;
 }
 

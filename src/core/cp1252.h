@@ -12,6 +12,9 @@ namespace pg::cp1252 {
 // One byte per character of the text (a character outside the basic plane counts once).
 QByteArray encode(QStringView text);
 
+// encode() into a buffer of at least text.size() bytes; returns the number of bytes written.
+qsizetype encodeInto(QStringView text, char *out);
+
 // The text each byte stands for; the five bytes the code page leaves undefined read as the
 // control characters of the same number.
 QString decode(QByteArrayView bytes);
