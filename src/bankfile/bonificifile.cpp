@@ -3,7 +3,6 @@
 #include "fieldfill.h"
 
 #include "core/apperror.h"
-#include "core/cp1252.h"
 #include "core/prompter.h"
 
 namespace pg::bankfile {
@@ -16,6 +15,33 @@ bool differs(const QString &a, const QString &b)
 }
 
 } // namespace
+
+class BonificiFile::Output
+{
+public:
+    explicit Output(QIODevice &device) : m_device(device) { m_buffer.reserve(BlockSize); }
+
+    void line(const QByteArray &bytes)
+    {
+        m_buffer += bytes;
+        m_buffer += "\r\n";
+        if (m_buffer.size() >= BlockSize)
+            flush();
+    }
+
+    void flush()
+    {
+        if (m_device.write(m_buffer) != m_buffer.size())
+            throw AppError(AppError::PathFileAccess,
+                           QStringLiteral("Path/File access error: ") + m_device.errorString());
+        m_buffer.clear();
+    }
+
+private:
+    static constexpr qsizetype BlockSize = 64 * 1024;
+    QIODevice &m_device;
+    QByteArray m_buffer;
+};
 
 BonificiFile::BonificiFile(archives::ErpSession &erp, const archives::CompanyData &company,
                            bool modDescr)
@@ -47,12 +73,12 @@ void BonificiFile::build(const distinta::Testata &header,
                          const std::function<void(int)> &afterDisposition)
 {
     m_header = header;
-    for (QStringList *records : {&m_r10, &m_r16, &m_r17, &m_r20, &m_r30, &m_r40, &m_r50, &m_r70})
+    for (QByteArrayList *records : {&m_r10, &m_r16, &m_r17, &m_r20, &m_r30, &m_r40, &m_r50, &m_r70})
         records->clear();
     m_stato17.clear();
     m_fornitori.clear();
     m_pc = CbiRecords::recordPC(header);
-    const QString creationDate = m_pc.mid(13, 6);
+    const QByteArray creationDate = m_pc.mid(13, 6);
 
     // The presenting bank is the same for every disposition: its IBAN is read once, and
     // whether it is usable decides every "16" line of the file.
@@ -70,8 +96,8 @@ void BonificiFile::build(const distinta::Testata &header,
         m_r10 << CbiRecords::record10(num, creationDate, header, row,
                                       bank.found ? bank.abi : QStringLiteral("00000"),
                                       bank.found ? bank.cab : QStringLiteral("00000"));
-        m_r16 << (m_valido16 ? CbiRecords::recordIban(QStringLiteral("16"), num, *ibanAzienda)
-                             : QString());
+        m_r16 << (m_valido16 ? CbiRecords::recordIban(QLatin1StringView("16"), num, *ibanAzienda)
+                             : QByteArray());
 
         // The beneficiary's IBAN: the supplier's bank record must exist, agree with the bank
         // data of the row and hold both parts of the IBAN.
@@ -89,8 +115,8 @@ void BonificiFile::build(const distinta::Testata &header,
         m_stato17 << stato;
         m_fornitori << row.cod_clifor;
         m_r17 << (stato == Stato17::Valido
-                      ? CbiRecords::recordIban(QStringLiteral("17"), num, supplierBank.iban)
-                      : QString());
+                      ? CbiRecords::recordIban(QLatin1StringView("17"), num, supplierBank.iban)
+                      : QByteArray());
 
         m_r20 << CbiRecords::record20(num, m_company);
 
@@ -116,19 +142,6 @@ void BonificiFile::build(const distinta::Testata &header,
     }
 }
 
-void BonificiFile::writeLine(QIODevice &device, const QString &line, int width)
-{
-    QByteArray bytes = cp1252::encode(line);
-    if (bytes.size() != width)
-        throw AppError(
-            AppError::Overflow,
-            QStringLiteral("Record CBI di %1 byte invece di %2").arg(bytes.size()).arg(width));
-    bytes += "\r\n";
-    if (device.write(bytes) != bytes.size())
-        throw AppError(AppError::PathFileAccess,
-                       QStringLiteral("Path/File access error: ") + device.errorString());
-}
-
 int BonificiFile::write(QIODevice &device)
 {
     const int n = dispositions();
@@ -136,31 +149,33 @@ int BonificiFile::write(QIODevice &device)
     int written17 = 0;
     bool told16 = false;
 
-    writeLine(device, m_pc, CbiRecords::Width);
+    Output out(device);
+    out.line(m_pc);
     for (int k = 0; k < n; ++k) {
-        writeLine(device, m_r10.at(k), CbiRecords::Width);
+        out.line(m_r10.at(k));
         if (m_valido16) {
-            writeLine(device, m_r16.at(k), CbiRecords::Width);
+            out.line(m_r16.at(k));
             ++written16;
         } else if (!told16) {
             msgBox(messaggio16());
             told16 = true;
         }
         if (m_stato17.at(k) == Stato17::Valido) {
-            writeLine(device, m_r17.at(k), CbiRecords::Width);
+            out.line(m_r17.at(k));
             ++written17;
         } else {
             msgBox(messaggio17(m_stato17.at(k), m_fornitori.at(k)));
         }
-        writeLine(device, m_r20.at(k), CbiRecords::Width);
-        writeLine(device, m_r30.at(k), CbiRecords::Width);
-        writeLine(device, m_r40.at(k), CbiRecords::Width);
-        writeLine(device, m_r50.at(k), CbiRecords::Width);
-        writeLine(device, m_r70.at(k), CbiRecords::Width70);
+        out.line(m_r20.at(k));
+        out.line(m_r30.at(k));
+        out.line(m_r40.at(k));
+        out.line(m_r50.at(k));
+        out.line(m_r70.at(k));
     }
     // Six lines a disposition, the "16" and "17" lines written, "PC" and "EF".
     const int lineCount = 6 * n + written16 + written17 + 2;
-    writeLine(device, CbiRecords::recordEF(m_pc, m_header, lineCount), CbiRecords::Width);
+    out.line(CbiRecords::recordEF(m_pc, m_header, lineCount));
+    out.flush();
     return lineCount;
 }
 

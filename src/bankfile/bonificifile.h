@@ -7,6 +7,7 @@
 #include "distinta/riga.h"
 #include "distinta/testata.h"
 
+#include <QByteArrayList>
 #include <QIODevice>
 #include <QStringList>
 
@@ -50,22 +51,23 @@ public:
     static QString messaggio17(Stato17 stato, const QString &supplierCode);
 
 private:
-    void writeLine(QIODevice &device, const QString &line, int width);
+    // Lines go to the device in blocks: one write per line costs more than the line.
+    class Output;
 
     CbiArchiveReader m_reader;
     archives::CompanyData m_company;
     bool m_modDescr;
 
     distinta::Testata m_header;
-    QString m_pc;
-    QStringList m_r10;
-    QStringList m_r16;
-    QStringList m_r17;
-    QStringList m_r20;
-    QStringList m_r30;
-    QStringList m_r40;
-    QStringList m_r50;
-    QStringList m_r70;
+    QByteArray m_pc;
+    QByteArrayList m_r10;
+    QByteArrayList m_r16;
+    QByteArrayList m_r17;
+    QByteArrayList m_r20;
+    QByteArrayList m_r30;
+    QByteArrayList m_r40;
+    QByteArrayList m_r50;
+    QByteArrayList m_r70;
     bool m_valido16 = false;
     QList<Stato17> m_stato17;
     QStringList m_fornitori; // the supplier code of each disposition, for the messages

@@ -4,6 +4,7 @@
 #include "distinta/riga.h"
 #include "distinta/testata.h"
 
+#include <QByteArray>
 #include <QString>
 
 namespace pg::bankfile {
@@ -37,11 +38,11 @@ struct Indirizzo
     QString provincia;
 };
 
-// The records of the CBI "Bonifici" file, one line each, built field by field at their fixed
-// positions. Every text that comes from data is first brought into the file's code page
-// (a character that Windows-1252 lacks becomes one substitute character, a control character
-// a blank), so that every line holds exactly its width in characters and in bytes: 120, and
-// 48 for the closing record "70" of a disposition.
+// The records of the CBI "Bonifici" file, one line each as the bytes the file holds
+// (Windows-1252, no line end), built field by field at their fixed positions. Every text that
+// comes from data is brought into the file's code page (a character that Windows-1252 lacks
+// becomes one substitute byte, a control character a blank), so that every line is exactly
+// its width in bytes: 120, and 48 for the closing record "70" of a disposition.
 class CbiRecords
 {
 public:
@@ -50,39 +51,37 @@ public:
 
     // The support header "PC": the SIA code, the presenting bank's ABI, the creation date and
     // the support name (the distinta's code as stored, "_" and the references, cut to 20).
-    static QString recordPC(const distinta::Testata &header);
+    static QByteArray recordPC(const distinta::Testata &header);
 
-    // The disposition "10". creationDate is positions 14-19 of "PC"; abi and cab are the
+    // The disposition "10". creationDate is bytes 14-19 of "PC"; abi and cab are the
     // beneficiary's bank and branch numbers ("00000" when unknown). A row without an amount
     // in distinta cannot be paid: error 94, "Invalid use of Null".
-    static QString record10(int num, const QString &creationDate, const distinta::Testata &header,
-                            const distinta::Riga &row, const QString &abi, const QString &cab);
+    static QByteArray record10(int num, QByteArrayView creationDate,
+                               const distinta::Testata &header, const distinta::Riga &row,
+                               const QString &abi, const QString &cab);
 
     // "16" (the presenting bank's IBAN) and "17" (the beneficiary's) share one layout.
-    static QString recordIban(const QString &type, int num, const Iban &iban);
+    static QByteArray recordIban(QLatin1StringView type, int num, const Iban &iban);
 
     // "20": the ordering company.
-    static QString record20(int num, const archives::CompanyData &company);
+    static QByteArray record20(int num, const archives::CompanyData &company);
 
     // "30": the beneficiary's name and tax identifier.
-    static QString record30(int num, const Beneficiario &beneficiario);
+    static QByteArray record30(int num, const Beneficiario &beneficiario);
 
     // "40": the beneficiary's address and the names of its bank and agency.
-    static QString record40(int num, const Indirizzo &indirizzo, const QString &nomeBanca,
-                            const QString &nomeAgenzia);
+    static QByteArray record40(int num, const Indirizzo &indirizzo, const QString &nomeBanca,
+                               const QString &nomeAgenzia);
 
     // "50": the document paid and, when descriptions are managed, the row's description.
-    static QString record50(int num, const distinta::Riga &row, bool modDescr);
+    static QByteArray record50(int num, const distinta::Riga &row, bool modDescr);
 
     // "70": the short closing record of a disposition.
-    static QString record70(int num);
+    static QByteArray record70(int num);
 
     // The trailer "EF": the support fields of "PC", the header's number of dispositions and
     // total as stored, and the number of lines of the file.
-    static QString recordEF(const QString &pc, const distinta::Testata &header, int lineCount);
-
-    // The progressive number of a disposition, 1 for the first: seven digits.
-    static QString progressivo(int num);
+    static QByteArray recordEF(QByteArrayView pc, const distinta::Testata &header, int lineCount);
 
     // A text from data as the file can hold it: one code-page character per character,
     // control characters (line ends among them) as blanks.
