@@ -36,6 +36,18 @@ bool storesNull(const QVariant &value)
     }
 }
 
+// True when the UTF-8 text is plain ASCII and the same as the text.
+bool sameAscii(const char *utf8, int size, const QString &text)
+{
+    if (size != text.size())
+        return false;
+    const QChar *chars = text.constData();
+    for (int i = 0; i < size; ++i)
+        if (static_cast<unsigned char>(utf8[i]) >= 0x80 || char16_t(utf8[i]) != chars[i].unicode())
+            return false;
+    return true;
+}
+
 } // namespace
 
 BatchStatement::BatchStatement(QSqlDatabase &db, const QString &sql) : m_handle(nativeHandle(db))
@@ -151,6 +163,55 @@ QVariant BatchStatement::value(int column) const
         const auto *text = reinterpret_cast<const char *>(sqlite3_column_text(m_statement, column));
         return QVariant(QString::fromUtf8(text, sqlite3_column_bytes(m_statement, column)));
     }
+    }
+}
+
+bool BatchStatement::isNull(int column) const
+{
+    if (!m_statement)
+        return m_query->value(column).isNull();
+    return sqlite3_column_type(m_statement, column) == SQLITE_NULL;
+}
+
+QString BatchStatement::text(int column) const
+{
+    if (!m_statement) {
+        const QVariant v = m_query->value(column);
+        return v.isNull() ? QString() : v.toString();
+    }
+    switch (sqlite3_column_type(m_statement, column)) {
+    case SQLITE_NULL:
+        return QString();
+    case SQLITE_INTEGER:
+    case SQLITE_FLOAT:
+        return value(column).toString();
+    default:
+        break;
+    }
+    const auto *text = reinterpret_cast<const char *>(sqlite3_column_text(m_statement, column));
+    const int size = sqlite3_column_bytes(m_statement, column);
+    if (column >= m_lastText.size())
+        m_lastText.resize(column + 1);
+    QString &last = m_lastText[column];
+    if (!last.isNull() && sameAscii(text, size, last))
+        return last;
+    last = QString::fromUtf8(text, size);
+    return last;
+}
+
+double BatchStatement::real(int column) const
+{
+    if (!m_statement)
+        return m_query->value(column).toDouble();
+    switch (sqlite3_column_type(m_statement, column)) {
+    case SQLITE_NULL:
+        return 0;
+    case SQLITE_INTEGER:
+        return double(sqlite3_column_int64(m_statement, column));
+    case SQLITE_FLOAT:
+        return sqlite3_column_double(m_statement, column);
+    default:
+        return value(column).toDouble();
     }
 }
 

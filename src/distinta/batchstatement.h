@@ -1,7 +1,9 @@
 #pragma once
 
+#include <QList>
 #include <QSqlDatabase>
 #include <QSqlQuery>
+#include <QString>
 #include <QVariant>
 
 #include <optional>
@@ -35,6 +37,14 @@ public:
     bool next();
     // A value of the current row as Qt SQL gives it: texts, whole numbers, decimals, or null.
     QVariant value(int column) const;
+    // The same value taken straight into its type, as value() would convert it: a text (null
+    // for NULL) or a number (0 for NULL). A distinta's rows are read so, value by value. A text
+    // equal to the one the previous row held in the same column is that text again, shared:
+    // the rows of a distinta repeat most of their codes, and ten thousand rows then hold one
+    // copy of each instead of ten thousand.
+    bool isNull(int column) const;
+    QString text(int column) const;
+    double real(int column) const;
 
 private:
     [[noreturn]] void fail() const;
@@ -43,6 +53,7 @@ private:
     sqlite3_stmt *m_statement = nullptr;
     std::optional<QSqlQuery> m_query;
     bool m_started = false;
+    mutable QList<QString> m_lastText; // by column
 };
 
 } // namespace pg::distinta

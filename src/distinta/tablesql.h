@@ -38,6 +38,28 @@ QString columnList()
     return names.join(QStringLiteral(", "));
 }
 
+// A column of the current row into its member of the record. Texts and amounts, all a row
+// holds, are taken straight from the statement; other kinds through their variant.
+template<typename Record>
+void readColumn(const ColumnDef<Record> &column, Record &record, const BatchStatement &query,
+                int index)
+{
+    std::visit(
+        [&](auto m) {
+            auto &v = record.*m;
+            using T = std::decay_t<decltype(v)>;
+            if constexpr (std::is_same_v<T, QString>)
+                v = query.text(index);
+            else if constexpr (std::is_same_v<T, double>)
+                v = query.real(index);
+            else if constexpr (std::is_same_v<T, std::optional<double>>)
+                v = query.isNull(index) ? std::nullopt : std::optional<double>(query.real(index));
+            else
+                column.setValue(record, query.value(index));
+        },
+        column.member);
+}
+
 // "SELECT rowid, <columns> FROM <table> <tail>" with the tail's values bound in order.
 template<typename Record>
 QList<typename RecordSet<Record>::Entry> readRows(QSqlDatabase &db, QLatin1StringView table,
@@ -53,7 +75,7 @@ QList<typename RecordSet<Record>::Entry> readRows(QSqlDatabase &db, QLatin1Strin
         typename RecordSet<Record>::Entry e;
         e.rowid = query.value(0).toLongLong();
         for (int i = 0; i < columns.size(); ++i)
-            columns.at(i).setValue(e.data, query.value(i + 1));
+            readColumn(columns.at(i), e.data, query, i + 1);
         rows.append(std::move(e));
     }
     return rows;
