@@ -28,6 +28,7 @@
 #include <QMenu>
 #include <QMessageBox>
 #include <QStatusBar>
+#include <QTimer>
 #include <QToolButton>
 #include <QUrl>
 #include <QVBoxLayout>
@@ -460,7 +461,10 @@ MainWindowLoad::Outcome MainWindow::Form_Load()
     if (outcome != MainWindowLoad::Outcome::Ready)
         return outcome;
     m_company->setText(m_load->company().ragsoc.trimmed());
-    showPrinter();
+    // The saved printer is looked up once the window has been drawn (see lookUpSavedPrinter).
+    m_printerAfterFirstPaint = savedPrinterPending();
+    if (!m_printerAfterFirstPaint)
+        showPrinter();
     m_editor = std::make_unique<DistintaEditor>(*m_load->store(), m_load->erp(), *this);
     m_list->setSession(m_load->erp());
     m_list->LV_InizializzaLista();
@@ -508,6 +512,18 @@ void MainWindow::raiseFromOtherStart()
     show();
     raise();
     activateWindow();
+}
+
+void MainWindow::paintEvent(QPaintEvent *event)
+{
+    QMainWindow::paintEvent(event);
+    if (!m_printerAfterFirstPaint)
+        return;
+    m_printerAfterFirstPaint = false;
+    QTimer::singleShot(0, this, [this] {
+        if (isVisible())
+            showPrinter();
+    });
 }
 
 void MainWindow::showPrinter()

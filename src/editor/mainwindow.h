@@ -115,6 +115,7 @@ public:
 
 protected:
     void closeEvent(QCloseEvent *event) override;
+    void paintEvent(QPaintEvent *event) override;
 
 private:
     void buildHeader(QWidget *parent, QGridLayout *grid);
@@ -138,6 +139,7 @@ private:
     QLineEdit *m_desStato = nullptr;
     QLabel *m_lblTotale = nullptr;
     QLabel *m_lblPrinter = nullptr;
+    bool m_printerAfterFirstPaint = false;
     QLabel *m_picture1 = nullptr;
     QFrame *m_listArea = nullptr;
     RowListView *m_list = nullptr;

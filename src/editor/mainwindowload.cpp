@@ -83,6 +83,10 @@ MainWindowLoad::~MainWindowLoad()
 {
     if (m_loaded && !m_unloaded)
         Unload();
+    // A look-up of the saved printer not yet done would ask this load's catalog of printers,
+    // which need not outlive it.
+    if (savedPrinterPending())
+        lookUpSavedPrinter({});
 }
 
 bool MainWindowLoad::InitErpLibraries(qint32 handle)
@@ -153,8 +157,11 @@ MainWindowLoad::Outcome MainWindowLoad::Load(qint32 handle)
 
     pGetSettings();
     const UserSettings &settings = currentSettings();
-    currentPrinter() = chooseSavedPrinter(
-        *m_printers, PrinterInfo{settings.deviceName, settings.driverName, settings.port});
+    lookUpSavedPrinter(
+        [printers = m_printers,
+         saved = PrinterInfo{settings.deviceName, settings.driverName, settings.port}] {
+            return chooseSavedPrinter(*printers, saved);
+        });
 
     m_store = std::make_unique<distinta::DistinteStore>(m_erp.get());
     const QString database = CompanyArchiveDir() + QStringLiteral("Pagame.db");

@@ -3,6 +3,7 @@
 #include <QList>
 #include <QString>
 
+#include <functional>
 #include <optional>
 
 namespace pg::editor {
@@ -34,7 +35,15 @@ public:
 std::optional<PrinterInfo> chooseSavedPrinter(const PrinterCatalog &catalog,
                                               const PrinterInfo &saved);
 
-// The printer in use for the whole program.
+// The printer in use for the whole program. A pending look-up of the saved printer is done
+// first.
 std::optional<PrinterInfo> &currentPrinter();
+
+// Makes the saved printer current when the printer is first needed, instead of now. Asking
+// the system's print service for its printers loads its libraries and, where network printers
+// answer slowly, can take seconds: the main window shows without waiting for it and asks right
+// after (or whatever needs the printer asks first).
+void lookUpSavedPrinter(std::function<std::optional<PrinterInfo>()> lookUp);
+bool savedPrinterPending();
 
 } // namespace pg::editor

@@ -14,6 +14,7 @@
 #include "core/vbdate.h"
 #include "editor/distintaeditor.h"
 #include "editor/mainwindow.h"
+#include "editor/printercatalog.h"
 #include "editor/rowlistmodel.h"
 #include "editor/rowlistproxy.h"
 #include "editor/rowlistview.h"
@@ -29,6 +30,7 @@
 #include <QComboBox>
 #include <QDesktopServices>
 #include <QFileInfo>
+#include <QLabel>
 #include <QLineEdit>
 #include <QPrintPreviewDialog>
 #include <QPrintPreviewWidget>
@@ -224,6 +226,9 @@ void TestPaymentWeek::startProgram()
     QVERIFY(m_program->start({QStringLiteral("Pagamenti")}));
     m_program->show();
     QVERIFY(QTest::qWaitForWindowExposed(window()));
+    // The printer in use is shown once the window has been drawn.
+    QTRY_VERIFY(!window()->lblPrinter()->text().isEmpty());
+    QVERIFY(!editor::savedPrinterPending());
 }
 
 QStringList TestPaymentWeek::rowKeys() const

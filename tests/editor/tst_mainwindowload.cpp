@@ -23,7 +23,12 @@ class FixedPrinters : public PrinterCatalog
 public:
     QList<PrinterInfo> printers;
     std::optional<PrinterInfo> fallback;
-    QList<PrinterInfo> installedPrinters() const override { return printers; }
+    mutable int asked = 0;
+    QList<PrinterInfo> installedPrinters() const override
+    {
+        ++asked;
+        return printers;
+    }
     std::optional<PrinterInfo> defaultPrinter() const override { return fallback; }
 };
 
@@ -251,8 +256,13 @@ void TestMainWindowLoad::savedPrinterOrDefault()
     manager();
     MainWindowLoad load(factory(), m_printers);
     QCOMPARE(load.Load(7), Outcome::Ready);
+    // The start-up does not wait for the system's printers: they are asked when first needed,
+    // once.
+    QCOMPARE(m_printers.asked, 0);
+    QVERIFY(savedPrinterPending());
     QCOMPARE(currentPrinter(), std::optional<PrinterInfo>(office));
     QCOMPARE(currentPrinter()->description(), QStringLiteral("Ufficio su Piano terra"));
+    QCOMPARE(m_printers.asked, 1);
 
     // A remembered printer that differs in its port is not the same printer.
     QCOMPARE(chooseSavedPrinter(m_printers, PrinterInfo{office.deviceName, office.driverName,
