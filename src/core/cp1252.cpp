@@ -10,11 +10,14 @@ namespace pg::cp1252 {
 namespace {
 
 // Bytes 0x80 to 0x9F; 0 marks the five the code page leaves undefined.
+// clang-format off
 constexpr char16_t High[32] = {
-    0x20AC, 0,      0x201A, 0x0192, 0x201E, 0x2026, 0x2020, 0x2021, 0x02C6, 0x2030, 0x0160,
-    0x2039, 0x0152, 0,      0x017D, 0,      0,      0x2018, 0x2019, 0x201C, 0x201D, 0x2022,
-    0x2013, 0x2014, 0x02DC, 0x2122, 0x0161, 0x203A, 0x0153, 0,      0x017E, 0x0178,
+    0x20AC, 0,      0x201A, 0x0192, 0x201E, 0x2026, 0x2020, 0x2021,
+    0x02C6, 0x2030, 0x0160, 0x2039, 0x0152, 0,      0x017D, 0,
+    0,      0x2018, 0x2019, 0x201C, 0x201D, 0x2022, 0x2013, 0x2014,
+    0x02DC, 0x2122, 0x0161, 0x203A, 0x0153, 0,      0x017E, 0x0178,
 };
+// clang-format on
 
 // A character the code page holds at its own number.
 constexpr bool isOneByte(char16_t c)
@@ -35,37 +38,21 @@ int byteOf(char32_t ucs)
 // Letters without a decomposition that still have an obvious plain form.
 char32_t plainForm(char32_t ucs)
 {
+    // clang-format off
     switch (ucs) {
-    case 0x0141:
-        return u'L'; // Ł
-    case 0x0142:
-        return u'l';
-    case 0x0110:
-        return u'D'; // Đ
-    case 0x0111:
-        return u'd';
-    case 0x0131:
-        return u'i'; // dotless i
-    case 0x0126:
-        return u'H';
-    case 0x0127:
-        return u'h';
-    case 0x2010:
-    case 0x2011:
-    case 0x2012:
-    case 0x2212:
-        return u'-';
-    case 0x00A0:
-        return u' ';
-    case 0x2007:
-    case 0x2008:
-    case 0x2009:
-    case 0x200A:
-    case 0x202F:
-        return u' ';
-    default:
-        break;
+    case 0x0141: return u'L'; // Ł
+    case 0x0142: return u'l';
+    case 0x0110: return u'D'; // Đ
+    case 0x0111: return u'd';
+    case 0x0131: return u'i'; // dotless i
+    case 0x0126: return u'H';
+    case 0x0127: return u'h';
+    case 0x2010: case 0x2011: case 0x2012: case 0x2212: return u'-';
+    case 0x00A0: return u' ';
+    case 0x2007: case 0x2008: case 0x2009: case 0x200A: case 0x202F: return u' ';
+    default: break;
     }
+    // clang-format on
     return 0;
 }
 
