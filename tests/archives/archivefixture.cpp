@@ -79,13 +79,11 @@ QByteArray dueItem(const QString &name, const QString &flag, const QString &link
     return r.buffer();
 }
 
-QByteArray commonTable(const QString &type, const QString &code, const QString &description)
+QByteArray bankAgency()
 {
-    ErpRecord r(15, type);
-    r.setText(QStringLiteral("codice"), code);
-    r.setText(type == QStringLiteral("VL ") ? QStringLiteral("des_valuta")
-                                            : QStringLiteral("des_banca"),
-              description);
+    ErpRecord r(15, QStringLiteral("BN "));
+    r.setText(QStringLiteral("codice"), QStringLiteral("0306901600"));
+    r.setText(QStringLiteral("des_banca"), QStringLiteral("Banca di prova"));
     return r.buffer();
 }
 

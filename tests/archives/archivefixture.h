@@ -42,8 +42,8 @@ private:
 // A due item (archive 38) whose description is its name in the tests.
 QByteArray dueItem(const QString &name, const QString &flag, const QString &link,
                    const QString &dueDate, const QString &account);
-// A record of the common tables (archive 15).
-QByteArray commonTable(const QString &type, const QString &code, const QString &description);
+// The bank agency 03069 01600 of the common tables (archive 15).
+QByteArray bankAgency();
 // The name (description) of a due item.
 QString nameOf(const QByteArray &dueItem);
 

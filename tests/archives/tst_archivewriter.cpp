@@ -42,12 +42,6 @@ QByteArray itemB()
                          QStringLiteral("20240301"), QStringLiteral("F000020"));
 }
 
-QByteArray bank()
-{
-    return test::commonTable(QStringLiteral("BN "), QStringLiteral("0306901600"),
-                             QStringLiteral("Banca di prova"));
-}
-
 // The record of archive 38 with that key 2, read through a fresh store; empty when missing.
 QByteArray readByKey2(const QString &companyDir, const QString &commonDir, const QByteArray &item,
                       qint32 *error = nullptr)
@@ -83,7 +77,7 @@ void TestArchiveWriter::writesEachArchiveIntoItsStore()
     QString error;
     QVERIFY2(writer.begin(&error), qPrintable(error));
     QVERIFY(writer.put(Scadenze, itemA(), &error));
-    QVERIFY(writer.put(TabelleComuni, bank(), &error));
+    QVERIFY(writer.put(TabelleComuni, test::bankAgency(), &error));
     QVERIFY2(writer.commit(&error), qPrintable(error));
 
     const QString common = EmbeddedArchiveStore::storePath(commonDir);
@@ -140,7 +134,7 @@ void TestArchiveWriter::allOrNothing()
         QString error;
         QVERIFY(writer.begin(&error));
         QVERIFY(writer.put(Scadenze, changedA, &error));
-        QVERIFY(writer.put(TabelleComuni, bank(), &error));
+        QVERIFY(writer.put(TabelleComuni, test::bankAgency(), &error));
         QVERIFY(!writer.put(archive, record, &error));
         QVERIFY(!error.isEmpty());
         error.clear();

@@ -56,12 +56,6 @@ QByteArray item(char name)
                          QString::fromLatin1(i.account));
 }
 
-QByteArray bankAgency()
-{
-    return test::commonTable(QStringLiteral("BN "), QStringLiteral("0306901600"),
-                             QStringLiteral("Banca di prova"));
-}
-
 // A blank record of the archive with the key's fields holding the bytes, one field after
 // the other, blank-padded: what the program sets before an equal or positioning read.
 QByteArray withKey(int archive, int key, const QByteArray &bytes)
@@ -134,7 +128,7 @@ void TestRecordManager::initTestCase()
     QList<std::pair<int, QByteArray>> records;
     for (char name = 'A'; name <= 'F'; ++name)
         records.append({Scadenze, item(name)});
-    records.append({TabelleComuni, bankAgency()});
+    records.append({TabelleComuni, test::bankAgency()});
     QCOMPARE(m_template.load(records), QString());
 }
 
@@ -321,7 +315,8 @@ void TestRecordManager::equalReads_data()
     QTest::newRow("prefix is not equal")
         << int(Scadenze) << 1 << withKey(Scadenze, 1, "20240215") << QByteArray();
     QTest::newRow("common table") << int(TabelleComuni) << 1
-                                  << withKey(TabelleComuni, 1, "BN 0306901600") << bankAgency();
+                                  << withKey(TabelleComuni, 1, "BN 0306901600")
+                                  << test::bankAgency();
 }
 
 void TestRecordManager::equalReads()

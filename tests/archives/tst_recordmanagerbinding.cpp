@@ -117,11 +117,7 @@ void TestRecordManagerBinding::factoryFollowsTheSettings()
     ArchiveFixture fx;
     QVERIFY(fx.isValid());
     fx.writeIniFiles();
-    QCOMPARE(
-        fx.load({{Scadenze, test::dueItem(QStringLiteral("A"), QStringLiteral("F"),
-                                          QStringLiteral("0000000000001"),
-                                          QStringLiteral("20240110"), QStringLiteral("F000010"))}}),
-        QString());
+    QCOMPARE(fx.load({}), QString()); // the stores, with every archive empty
     CompanyEnvironment env;
     env.CompanyArchiveDir = fx.companyDir();
     env.CommonArchiveDir = fx.commonDir();
