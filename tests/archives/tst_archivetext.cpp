@@ -63,27 +63,19 @@ void TestArchiveText::valuesRoundTrip_data()
 {
     QTest::addColumn<QString>("value");   // what the field holds, trailing blanks dropped
     QTest::addColumn<QString>("written"); // how the line writes it
-    QTest::newRow("plain") << "Bari"
-                           << "Bari";
-    QTest::newRow("accents stay as they are") << "Forlì"
-                                              << "Forlì";
-    QTest::newRow("blanks inside") << "Via Roma, 12"
-                                   << "\"Via Roma, 12\"";
-    QTest::newRow("leading blanks of an amount") << "    12.50"
-                                                 << "\"    12.50\"";
-    QTest::newRow("quotes") << "Bar \"Da Mimì\""
-                            << "\"Bar \\\"Da Mimì\\\"\"";
-    QTest::newRow("equals sign") << "a=b"
-                                 << "\"a=b\"";
-    QTest::newRow("backslash") << "C:\\ERP"
-                               << "\"C:\\\\ERP\"";
-    QTest::newRow("apostrophe and euro sign") << "dell'€"
-                                              << "dell'€";
-    QTest::newRow("control character") << QStringLiteral("a\tb") << "\"a\\x09b\"";
-    QTest::newRow("byte the code page leaves undefined")
-        << QString(QChar(0x81)) + QStringLiteral("x") << "\"\\x81x\"";
-    QTest::newRow("hash inside") << "n.#12"
-                                 << "n.#12";
+    auto row = [](const char *name, const char *value, const char *written) {
+        QTest::newRow(name) << QString::fromUtf8(value) << QString::fromUtf8(written);
+    };
+    row("accents stay as they are", "Forlì", "Forlì");
+    row("blanks inside", "Via Roma, 12", "\"Via Roma, 12\"");
+    row("leading blanks of an amount", "    12.50", "\"    12.50\"");
+    row("quotes", "Bar \"Da Mimì\"", "\"Bar \\\"Da Mimì\\\"\"");
+    row("equals sign", "a=b", "\"a=b\"");
+    row("backslash", "C:\\ERP", "\"C:\\\\ERP\"");
+    row("apostrophe and euro sign", "dell'€", "dell'€");
+    row("control character", "a\tb", "\"a\\x09b\"");
+    row("byte the code page leaves undefined", "\u0081x", "\"\\x81x\"");
+    row("hash inside", "n.#12", "n.#12");
 }
 
 void TestArchiveText::valuesRoundTrip()
@@ -153,51 +145,26 @@ void TestArchiveText::badLinesNameLineAndField_data()
     QTest::addColumn<QString>("line");
     QTest::addColumn<QString>("field");
     QTest::addColumn<QString>("message");
-    QTest::newRow("no archive number") << "trentotto * link=1"
-                                       << ""
-                                       << "numero di archivio";
-    QTest::newRow("unknown archive") << "99 * link=1"
-                                     << ""
-                                     << "archivio 99 sconosciuto";
-    QTest::newRow("missing type") << "38"
-                                  << ""
-                                  << "manca il tipo";
-    QTest::newRow("type in an archive without types") << "38 AZ1 link=1"
-                                                      << ""
-                                                      << "non ha tipi di record";
-    QTest::newRow("unknown type") << "15 XX_ codice=1"
-                                  << ""
-                                  << "tipo di record \"XX_\"";
-    QTest::newRow("unknown field") << "38 * link=1 importo=5"
-                                   << "importo"
-                                   << "campo sconosciuto";
-    QTest::newRow("field of another type") << "15 VL_ codice=EU des_banca=x"
-                                           << "des_banca"
-                                           << "record di tipo VL_";
-    QTest::newRow("value wider than the field") << "38 * flag_colpar=PP"
-                                                << "flag_colpar"
-                                                << "valore di 2 caratteri, il campo ne contiene 1";
-    QTest::newRow("no equals sign") << "38 * link 0001"
-                                    << "link"
-                                    << "atteso campo=valore";
-    QTest::newRow("quote not closed") << "0 * ragsoc=\"Rossi"
-                                      << "ragsoc"
-                                      << "virgolette non chiuse";
-    QTest::newRow("quote in a bare value") << "0 * ragsoc=Da\"Mimì\""
-                                           << "ragsoc"
-                                           << "virgolette";
-    QTest::newRow("bad escape") << "0 * ragsoc=\"a\\nb\""
-                                << "ragsoc"
-                                << "sequenza \\n";
-    QTest::newRow("character outside the code page") << "0 * ragsoc=Łódź"
-                                                     << "ragsoc"
-                                                     << "Windows-1252";
-    QTest::newRow("record type as a field") << "15 BN_ tipo_rec=VL_"
-                                            << "tipo_rec"
-                                            << "seconda colonna";
-    QTest::newRow("field twice") << "0 * cod_clifor=1 cod_clifor=2"
-                                 << "cod_clifor"
-                                 << "campo ripetuto";
+    auto row = [](const char *name, const char *line, const char *field, const char *message) {
+        QTest::newRow(name) << QString::fromUtf8(line) << QString::fromUtf8(field)
+                            << QString::fromUtf8(message);
+    };
+    row("no archive number", "trentotto * link=1", "", "numero di archivio");
+    row("unknown archive", "99 * link=1", "", "archivio 99 sconosciuto");
+    row("missing type", "38", "", "manca il tipo");
+    row("type in an archive without types", "38 AZ1 link=1", "", "non ha tipi di record");
+    row("unknown type", "15 XX_ codice=1", "", "tipo di record \"XX_\"");
+    row("unknown field", "38 * link=1 importo=5", "importo", "campo sconosciuto");
+    row("field of another type", "15 VL_ codice=EU des_banca=x", "des_banca", "record di tipo VL_");
+    row("value wider than the field", "38 * flag_colpar=PP", "flag_colpar",
+        "valore di 2 caratteri, il campo ne contiene 1");
+    row("no equals sign", "38 * link 0001", "link", "atteso campo=valore");
+    row("quote not closed", "0 * ragsoc=\"Rossi", "ragsoc", "virgolette non chiuse");
+    row("quote in a bare value", "0 * ragsoc=Da\"Mimì\"", "ragsoc", "virgolette");
+    row("bad escape", "0 * ragsoc=\"a\\nb\"", "ragsoc", "sequenza \\n");
+    row("character outside the code page", "0 * ragsoc=Łódź", "ragsoc", "Windows-1252");
+    row("record type as a field", "15 BN_ tipo_rec=VL_", "tipo_rec", "seconda colonna");
+    row("field twice", "0 * cod_clifor=1 cod_clifor=2", "cod_clifor", "campo ripetuto");
 }
 
 void TestArchiveText::badLinesNameLineAndField()
