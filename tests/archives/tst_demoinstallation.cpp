@@ -45,6 +45,25 @@ QList<ErpRecord> ofArchive(const QList<ErpRecord> &records, int archive,
     return out;
 }
 
+QList<QByteArray> buffersOf(const QList<ErpRecord> &records)
+{
+    QList<QByteArray> out;
+    for (const ErpRecord &r : records)
+        out << QByteArray::number(r.archive()) + ':' + r.buffer();
+    return out;
+}
+
+// Kind and code of the account a record belongs to ("F400001").
+QString accountOf(const ErpRecord &r)
+{
+    return r.text(QStringLiteral("ind_clifor")) + r.text(QStringLiteral("cod_clifor"));
+}
+
+bool isDigits(const QString &text, int count)
+{
+    return QRegularExpression(QStringLiteral("^\\d{%1}$").arg(count)).match(text).hasMatch();
+}
+
 // A temporary directory with a short path: the installation's directories must fit the
 // 39 characters of the suite's ini values.
 QString shortTempTemplate()
@@ -86,26 +105,19 @@ void TestDemoInstallation::checkDigitsOfKnownCodes_data()
     QTest::addColumn<QString>("kind");
     QTest::addColumn<QString>("code");
     QTest::addColumn<bool>("valid");
-    QTest::newRow("Italian IBAN") << "iban"
-                                  << "IT60X0542811101000000123456" << true;
-    QTest::newRow("IBAN with blanks") << "iban"
-                                      << "IT60 X054 2811 1010 0000 0123 456" << true;
-    QTest::newRow("British IBAN") << "iban"
-                                  << "GB82WEST12345698765432" << true;
-    QTest::newRow("IBAN one digit changed") << "iban"
-                                            << "IT60X0542811101000000123457" << false;
-    QTest::newRow("IBAN check digits swapped") << "iban"
-                                               << "IT06X0542811101000000123456" << false;
-    QTest::newRow("partita IVA") << "piva"
-                                 << "01234567897" << true;
-    QTest::newRow("partita IVA wrong check") << "piva"
-                                             << "01234567890" << false;
-    QTest::newRow("partita IVA short") << "piva"
-                                       << "1234567897" << false;
-    QTest::newRow("codice fiscale") << "cf"
-                                    << "RSSMRA85T10A562S" << true;
-    QTest::newRow("codice fiscale wrong check") << "cf"
-                                                << "RSSMRA85T10A562T" << false;
+    auto row = [](const char *name, const char *kind, const char *code, bool valid) {
+        QTest::newRow(name) << QString::fromLatin1(kind) << QString::fromLatin1(code) << valid;
+    };
+    row("Italian IBAN", "iban", "IT60X0542811101000000123456", true);
+    row("IBAN with blanks", "iban", "IT60 X054 2811 1010 0000 0123 456", true);
+    row("British IBAN", "iban", "GB82WEST12345698765432", true);
+    row("IBAN one digit changed", "iban", "IT60X0542811101000000123457", false);
+    row("IBAN check digits swapped", "iban", "IT06X0542811101000000123456", false);
+    row("partita IVA", "piva", "01234567897", true);
+    row("partita IVA wrong check", "piva", "01234567890", false);
+    row("partita IVA short", "piva", "1234567897", false);
+    row("codice fiscale", "cf", "RSSMRA85T10A562S", true);
+    row("codice fiscale wrong check", "cf", "RSSMRA85T10A562T", false);
 }
 
 void TestDemoInstallation::checkDigitsOfKnownCodes()
@@ -149,22 +161,10 @@ void TestDemoInstallation::sameSeedSameRecords()
     options.dueItems = 250;
     options.seed = 7;
     const QList<ErpRecord> first = generate(options);
-    const QList<ErpRecord> second = generate(options);
-    QCOMPARE(first.size(), second.size());
-    for (qsizetype i = 0; i < first.size(); ++i) {
-        QCOMPARE(first.at(i).archive(), second.at(i).archive());
-        QCOMPARE(first.at(i).buffer(), second.at(i).buffer());
-    }
-    QCOMPARE(ofArchive(first, Scadenze).size(), 250);
-
+    QCOMPARE(buffersOf(generate(options)), buffersOf(first));
     options.seed = 8;
-    const QList<ErpRecord> other = generate(options);
-    QList<QByteArray> a, b;
-    for (const ErpRecord &r : ofArchive(first, Scadenze))
-        a << r.buffer();
-    for (const ErpRecord &r : ofArchive(other, Scadenze))
-        b << r.buffer();
-    QVERIFY(a != b);
+    QVERIFY(buffersOf(ofArchive(generate(options), Scadenze)) !=
+            buffersOf(ofArchive(first, Scadenze)));
 }
 
 void TestDemoInstallation::bankDataIsValidAndConsistent()
@@ -177,10 +177,7 @@ void TestDemoInstallation::bankDataIsValidAndConsistent()
     for (const ErpRecord &bn : ofArchive(records, TabelleComuni, QStringLiteral("BN "))) {
         const QString abi = bn.text(QStringLiteral("abi"));
         const QString cab = bn.text(QStringLiteral("cab"));
-        QVERIFY2(QRegularExpression(QStringLiteral("^\\d{5}$")).match(abi).hasMatch(),
-                 qPrintable(abi));
-        QVERIFY2(QRegularExpression(QStringLiteral("^\\d{5}$")).match(cab).hasMatch(),
-                 qPrintable(cab));
+        QVERIFY2(isDigits(abi, 5) && isDigits(cab, 5), qPrintable(abi + cab));
         QCOMPARE(bn.text(QStringLiteral("codice")), abi + cab);
         QVERIFY(!bn.trimmed(QStringLiteral("des_banca")).isEmpty());
         QVERIFY(!bn.trimmed(QStringLiteral("des_agenzia")).isEmpty());
@@ -233,7 +230,6 @@ void TestDemoInstallation::bankDataIsValidAndConsistent()
 
     // Currencies: the euro as the program expects it, and others with rates.
     const QList<ErpRecord> currencies = ofArchive(records, TabelleComuni, QStringLiteral("VL "));
-    QVERIFY(currencies.size() >= 3);
     const ErpRecord &euro = currencies.first();
     QCOMPARE(euro.trimmed(QStringLiteral("codice")), QStringLiteral("EU"));
     QCOMPARE(euro.trimmed(QStringLiteral("des_valuta")), QStringLiteral("EURO"));
@@ -252,7 +248,7 @@ void TestDemoInstallation::accountsAreRealistic()
         const QString code = a.text(QStringLiteral("cod_clifor"));
         QVERIFY2(!codes.contains(code), qPrintable(code)); // customers and suppliers share keys
         codes.insert(code);
-        QVERIFY(QRegularExpression(QStringLiteral("^\\d{6}$")).match(code).hasMatch());
+        QVERIFY2(isDigits(code, 6), qPrintable(code));
         const QString kind = a.text(QStringLiteral("ind_clifor"));
         QVERIFY(kind == u"C" || kind == u"F");
         (kind == u"F" ? suppliers : customers)++;
@@ -282,16 +278,12 @@ void TestDemoInstallation::accountsAreRealistic()
     QVERIFY(accented >= 10);
     QVERIFY(persons >= 4);
 
-    // Sites belong to existing accounts.
-    const QList<ErpRecord> sites = ofArchive(records, SediClientiFornitori);
-    QVERIFY(!sites.isEmpty());
-    for (const ErpRecord &s : sites) {
+    // Sites belong to existing accounts; that every archive has records, the text-form test
+    // checks when it dumps each one.
+    for (const ErpRecord &s : ofArchive(records, SediClientiFornitori)) {
         QVERIFY(codes.contains(s.text(QStringLiteral("cod_clifor"))));
         QCOMPARE(s.text(QStringLiteral("tipo_sede")), QStringLiteral("A"));
     }
-    QVERIFY(!ofArchive(records, Pagamenti).isEmpty());
-    QVERIFY(!ofArchive(records, Listini).isEmpty());
-    QVERIFY(!ofArchive(records, GruppoScadenze).isEmpty());
 }
 
 void TestDemoInstallation::dueItemsCoverWhatTheProgramLooksAt()
@@ -301,8 +293,7 @@ void TestDemoInstallation::dueItemsCoverWhatTheProgramLooksAt()
     const QList<ErpRecord> records = generate(options);
     QSet<QString> accounts, currencies, keys, sites;
     for (const ErpRecord &a : ofArchive(records, AnagraficheComuni))
-        accounts.insert(a.text(QStringLiteral("ind_clifor")) +
-                        a.text(QStringLiteral("cod_clifor")));
+        accounts.insert(accountOf(a));
     for (const ErpRecord &c : ofArchive(records, TabelleComuni, QStringLiteral("VL ")))
         currencies.insert(c.text(QStringLiteral("codice")).left(2));
     for (const ErpRecord &s : ofArchive(records, SediClientiFornitori))
@@ -318,8 +309,7 @@ void TestDemoInstallation::dueItemsCoverWhatTheProgramLooksAt()
         const QString key = d.text(QStringLiteral("flag_colpar")) + d.text(QStringLiteral("link"));
         QVERIFY2(!keys.contains(key), qPrintable(key));
         keys.insert(key);
-        QVERIFY(accounts.contains(d.text(QStringLiteral("ind_clifor")) +
-                                  d.text(QStringLiteral("cod_clifor"))));
+        QVERIFY(accounts.contains(accountOf(d)));
         types.insert(d.text(QStringLiteral("tipo_pag")));
         kinds.insert(d.text(QStringLiteral("ind_clifor")));
         QVERIFY(currencies.contains(d.text(QStringLiteral("valuta"))));
@@ -390,16 +380,14 @@ void TestDemoInstallation::someAccountsAreIncomplete()
     const QList<ErpRecord> records = generate(DemoOptions());
     QMap<QString, ErpRecord> bankData; // "F" + code -> archive 3
     for (const ErpRecord &r : ofArchive(records, ClientiFornitori))
-        bankData.insert(r.text(QStringLiteral("ind_clifor")) + r.text(QStringLiteral("cod_clifor")),
-                        r);
+        bankData.insert(accountOf(r), r);
     QSet<QString> agencies;
     for (const ErpRecord &bn : ofArchive(records, TabelleComuni, QStringLiteral("BN ")))
         agencies.insert(bn.text(QStringLiteral("codice")));
 
     int noBankData = 0, noIban = 0, noAccount = 0, noBank = 0, unknownAgency = 0;
     for (const ErpRecord &a : ofArchive(records, AnagraficheComuni)) {
-        const QString key =
-            a.text(QStringLiteral("ind_clifor")) + a.text(QStringLiteral("cod_clifor"));
+        const QString key = accountOf(a);
         if (!bankData.contains(key)) {
             ++noBankData;
             continue;
@@ -418,8 +406,7 @@ void TestDemoInstallation::someAccountsAreIncomplete()
     // A supplier whose due items carry other bank data than its master record.
     QSet<QString> differing;
     for (const ErpRecord &d : ofArchive(records, Scadenze)) {
-        const QString key =
-            d.text(QStringLiteral("ind_clifor")) + d.text(QStringLiteral("cod_clifor"));
+        const QString key = accountOf(d);
         if (!bankData.contains(key) || d.trimmed(QStringLiteral("banca")).isEmpty())
             continue;
         const ErpRecord &b = *bankData.constFind(key);
