@@ -133,19 +133,17 @@ void TestLookupService::accounts_data()
     QTest::addColumn<int>("kind");
     QTest::addColumn<QString>("filter");
     QTest::addColumn<QStringList>("expectedCodes"); // empty: compare with the demo's records
-    QTest::newRow("all") << int(LookupService::AccountKind::All) << QString() << QStringList();
-    QTest::newRow("suppliers") << int(LookupService::AccountKind::Suppliers) << QString()
-                               << QStringList();
-    QTest::newRow("customers") << int(LookupService::AccountKind::Customers) << QString()
-                               << QStringList();
-    QTest::newRow("name with an accent, typed without")
-        << int(LookupService::AccountKind::All) << QStringLiteral("caffe")
-        << QStringList{QStringLiteral("100007"), QStringLiteral("400003")};
-    QTest::newRow("the same, suppliers only")
-        << int(LookupService::AccountKind::Suppliers) << QStringLiteral("CAFFÈ")
-        << QStringList{QStringLiteral("400003")};
-    QTest::newRow("by code") << int(LookupService::AccountKind::All) << QStringLiteral("400018")
-                             << QStringList{QStringLiteral("400018")};
+    using Kind = LookupService::AccountKind;
+    auto row = [](const char *name, Kind kind, const char *filter, const QStringList &codes) {
+        QTest::newRow(name) << int(kind) << QString::fromUtf8(filter) << codes;
+    };
+    row("all", Kind::All, "", {});
+    row("suppliers", Kind::Suppliers, "", {});
+    row("customers", Kind::Customers, "", {});
+    row("name with an accent, typed without", Kind::All, "caffe",
+        {QStringLiteral("100007"), QStringLiteral("400003")});
+    row("the same, suppliers only", Kind::Suppliers, "CAFFÈ", {QStringLiteral("400003")});
+    row("by code", Kind::All, "400018", {QStringLiteral("400018")});
 }
 
 void TestLookupService::accounts()

@@ -192,21 +192,17 @@ void TestRecordManager::openFailures_data()
     QTest::addColumn<QString>("damage");
     QTest::addColumn<int>("archive");
     QTest::addColumn<int>("expected");
-    QTest::newRow("unknown archive") << QString() << 99 << int(UnknownArchive);
-    QTest::newRow("opened twice") << QStringLiteral("open first") << int(Scadenze)
-                                  << int(AlreadyOpen);
-    QTest::newRow("store file missing")
-        << QStringLiteral("remove common store") << int(TabelleComuni) << int(NotFound);
-    QTest::newRow("archive missing from its store")
-        << QStringLiteral("drop table") << int(Pagamenti) << int(NotFound);
-    QTest::newRow("file that is not a store")
-        << QStringLiteral("garbage") << int(Scadenze) << int(Damaged);
-    QTest::newRow("database of another program")
-        << QStringLiteral("foreign database") << int(Scadenze) << int(Damaged);
-    QTest::newRow("store built for other layouts")
-        << QStringLiteral("other layouts") << int(Scadenze) << int(Damaged);
-    QTest::newRow("store held exclusively by another program")
-        << QStringLiteral("exclusive lock") << int(Scadenze) << int(Locked);
+    auto row = [](const char *name, const char *damage, int archive, ArchiveError expected) {
+        QTest::newRow(name) << QString::fromLatin1(damage) << archive << int(expected);
+    };
+    row("unknown archive", "", 99, UnknownArchive);
+    row("opened twice", "open first", Scadenze, AlreadyOpen);
+    row("store file missing", "remove common store", TabelleComuni, NotFound);
+    row("archive missing from its store", "drop table", Pagamenti, NotFound);
+    row("file that is not a store", "garbage", Scadenze, Damaged);
+    row("database of another program", "foreign database", Scadenze, Damaged);
+    row("store built for other layouts", "other layouts", Scadenze, Damaged);
+    row("store held exclusively by another program", "exclusive lock", Scadenze, Locked);
 }
 
 void TestRecordManager::openFailures()
@@ -344,26 +340,23 @@ void TestRecordManager::walksInKeyOrder_data()
     QTest::addColumn<int>("key");
     QTest::addColumn<QByteArray>("start");
     QTest::addColumn<QString>("expected");
-
-    QTest::newRow("key 1 from the start") << int(First) << 1 << QByteArray() << "FCEADB";
-    QTest::newRow("key 1 from a day and kind of account")
-        << int(First) << 1 << QByteArray("20240110F") << "EADB";
-    QTest::newRow("key 1 from between two keys")
-        << int(First) << 1 << QByteArray("20240111") << "DB";
-    QTest::newRow("key 1 from after the last") << int(First) << 1 << QByteArray("2025") << "";
-    QTest::newRow("key 2 from the start") << int(First) << 2 << QByteArray() << "CBDFAE";
-    QTest::newRow("key 2 from a flag") << int(First) << 2 << QByteArray("F") << "BDFAE";
-    QTest::newRow("key 2 from a shared key")
-        << int(First) << 2 << QByteArray("F0000000000002") << "DFAE";
-    QTest::newRow("positioning read on key 1")
-        << int(Gen) << 1 << QByteArray("20240110F") << "EADB";
-    QTest::newRow("positioning read on key 2")
-        << int(Gen) << 2 << QByteArray("F0000000000003") << "AE";
-    QTest::newRow("positioning read after the last") << int(Gen) << 1 << QByteArray("3") << "";
-    QTest::newRow("next-reads after an equal read on key 2")
-        << int(Equal) << 2 << QByteArray("F0000000000002") << "DFAE";
-    QTest::newRow("next-reads after an equal read on key 1")
-        << int(Equal) << 1 << QByteArray("20240110F000003F0000000000010") << "EADB";
+    auto row = [](const char *name, Reader reader, int key, const char *start, const char *names) {
+        QTest::newRow(name) << int(reader) << key << QByteArray(start)
+                            << QString::fromLatin1(names);
+    };
+    row("key 1 from the start", First, 1, "", "FCEADB");
+    row("key 1 from a day and kind of account", First, 1, "20240110F", "EADB");
+    row("key 1 from between two keys", First, 1, "20240111", "DB");
+    row("key 1 from after the last", First, 1, "2025", "");
+    row("key 2 from the start", First, 2, "", "CBDFAE");
+    row("key 2 from a flag", First, 2, "F", "BDFAE");
+    row("key 2 from a shared key", First, 2, "F0000000000002", "DFAE");
+    row("positioning read on key 1", Gen, 1, "20240110F", "EADB");
+    row("positioning read on key 2", Gen, 2, "F0000000000003", "AE");
+    row("positioning read after the last", Gen, 1, "3", "");
+    row("next-reads after an equal read on key 2", Equal, 2, "F0000000000002", "DFAE");
+    row("next-reads after an equal read on key 1", Equal, 1, "20240110F000003F0000000000010",
+        "EADB");
 }
 
 void TestRecordManager::walksInKeyOrder()
@@ -404,24 +397,21 @@ void TestRecordManager::refusedReads_data()
     QTest::addColumn<int>("key");
     QTest::addColumn<QByteArray>("start");
     QTest::addColumn<int>("expected");
-
-    QTest::newRow("start key longer than the key")
-        << "first" << int(Scadenze) << 2 << QByteArray("F00000000000020") << int(BadKey);
-    QTest::newRow("first-read on a key the archive lacks")
-        << "first" << int(Scadenze) << 3 << QByteArray() << int(BadKey);
-    QTest::newRow("equal read on a key the archive lacks")
-        << "equal" << int(TabelleComuni) << 2 << QByteArray() << int(BadKey);
-    QTest::newRow("positioning read on key 0")
-        << "gen" << int(Scadenze) << 0 << QByteArray() << int(BadKey);
-    QTest::newRow("unknown archive") << "equal" << 99 << 1 << QByteArray() << int(UnknownArchive);
-    QTest::newRow("next-read on an unknown archive")
-        << "next" << 99 << 0 << QByteArray() << int(UnknownArchive);
-    QTest::newRow("archive not opened")
-        << "first" << int(SediClientiFornitori) << 1 << QByteArray() << int(NotOpen);
-    QTest::newRow("next-read without a read")
-        << "next" << int(Scadenze) << 0 << QByteArray() << int(NoCurrentRecord);
-    QTest::newRow("next-read after a read that found nothing")
-        << "missed equal, next" << int(Scadenze) << 2 << QByteArray() << int(NoCurrentRecord);
+    auto row = [](const char *name, const char *call, int archive, int key, const char *start,
+                  ArchiveError expected) {
+        QTest::newRow(name) << QString::fromLatin1(call) << archive << key << QByteArray(start)
+                            << int(expected);
+    };
+    row("start key longer than the key", "first", Scadenze, 2, "F00000000000020", BadKey);
+    row("first-read on a key the archive lacks", "first", Scadenze, 3, "", BadKey);
+    row("equal read on a key the archive lacks", "equal", TabelleComuni, 2, "", BadKey);
+    row("positioning read on key 0", "gen", Scadenze, 0, "", BadKey);
+    row("unknown archive", "equal", 99, 1, "", UnknownArchive);
+    row("next-read on an unknown archive", "next", 99, 0, "", UnknownArchive);
+    row("archive not opened", "first", SediClientiFornitori, 1, "", NotOpen);
+    row("next-read without a read", "next", Scadenze, 0, "", NoCurrentRecord);
+    row("next-read after a read that found nothing", "missed equal, next", Scadenze, 2, "",
+        NoCurrentRecord);
 }
 
 void TestRecordManager::refusedReads()
