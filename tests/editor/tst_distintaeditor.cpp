@@ -97,6 +97,8 @@ private slots:
 
 private:
     void addHeader(int number, const QString &state);
+    // Saves a distinta header and opens it from the list.
+    void openDistinta(int number, const QString &state);
     QString database() const { return m_dir.path() + QStringLiteral("/Pagame.db"); }
 
     QTemporaryDir m_dir;
@@ -160,6 +162,13 @@ void TestDistintaEditor::addHeader(int number, const QString &state)
     distinta::sql::writeChanges(conn.database(), Testata::table(), headers);
 }
 
+void TestDistintaEditor::openDistinta(int number, const QString &state)
+{
+    addHeader(number, state);
+    m_view.chosen = formatDistintaCode(number);
+    QVERIFY(m_editor->btnGestione_ClickED(E::Apri));
+}
+
 void TestDistintaEditor::navigationAndMasks()
 {
     test::ScriptedPrompter prompter;
@@ -179,29 +188,23 @@ void TestDistintaEditor::navigationAndMasks()
     struct Step
     {
         int button;
-        QString code;
-        QString mask;
-        QString stato;
+        const char *code, *mask, *stato;
     };
-    const QList<Step> steps{
-        {E::Successiva, QStringLiteral("1"), QStringLiteral("YYNYYY"), QStringLiteral("Prova")},
-        {E::Successiva, QStringLiteral("2"), QStringLiteral("YYNNYY"),
-         QStringLiteral("Definitiva")},
+    const Step steps[] = {
+        {E::Successiva, "1", "YYNYYY", "Prova"},
+        {E::Successiva, "2", "YYNNYY", "Definitiva"},
         // Presented to the bank: delete stays off although the mask allows it.
-        {E::Successiva, QStringLiteral("3"), QStringLiteral("YYNNYY"),
-         QStringLiteral("Definitiva")},
-        {E::Successiva, QStringLiteral("3"), QStringLiteral("YYNNYY"),
-         QStringLiteral("Definitiva")},
-        {E::Precedente, QStringLiteral("2"), QStringLiteral("YYNNYY"),
-         QStringLiteral("Definitiva")},
-        {E::Precedente, QStringLiteral("1"), QStringLiteral("YYNYYY"), QStringLiteral("Prova")},
-        {E::Precedente, QStringLiteral("1"), QStringLiteral("YYNYYY"), QStringLiteral("Prova")},
+        {E::Successiva, "3", "YYNNYY", "Definitiva"},
+        {E::Successiva, "3", "YYNNYY", "Definitiva"},
+        {E::Precedente, "2", "YYNNYY", "Definitiva"},
+        {E::Precedente, "1", "YYNYYY", "Prova"},
+        {E::Precedente, "1", "YYNYYY", "Prova"},
     };
     for (const Step &s : steps) {
         QVERIFY(m_editor->btnGestione_ClickED(s.button));
-        QCOMPARE(m_editor->headerText(E::CodDistinta), s.code);
-        QCOMPARE(m_view.maskShown(), s.mask);
-        QCOMPARE(m_editor->txtdesStato(), s.stato);
+        QCOMPARE(m_editor->headerText(E::CodDistinta), QLatin1String(s.code));
+        QCOMPARE(m_view.maskShown(), QLatin1String(s.mask));
+        QCOMPARE(m_editor->txtdesStato(), QLatin1String(s.stato));
         QVERIFY(m_view.aggiungi);
     }
     QCOMPARE(m_editor->mask(), QStringLiteral("YYNYYY"));
@@ -217,9 +220,7 @@ void TestDistintaEditor::navigationAndMasks()
 
 void TestDistintaEditor::printedDistintaRefusesChanges()
 {
-    addHeader(2, QStringLiteral("D"));
-    m_view.chosen = formatDistintaCode(2);
-    QVERIFY(m_editor->btnGestione_ClickED(E::Apri));
+    openDistinta(2, QStringLiteral("D"));
 
     test::ScriptedPrompter prompter;
     QVERIFY(!m_editor->headerKeyPress());
@@ -238,9 +239,7 @@ void TestDistintaEditor::printedDistintaRefusesChanges()
 
 void TestDistintaEditor::presentedDistintaAsksBeforeRowChanges()
 {
-    addHeader(3, QStringLiteral("F"));
-    m_view.chosen = formatDistintaCode(3);
-    QVERIFY(m_editor->btnGestione_ClickED(E::Apri));
+    openDistinta(3, QStringLiteral("F"));
 
     test::ScriptedPrompter prompter;
     prompter.script({Answer::No, Answer::Yes});
@@ -261,10 +260,8 @@ void TestDistintaEditor::presentedDistintaAsksBeforeRowChanges()
 
 void TestDistintaEditor::unsavedChangesQuestion()
 {
-    addHeader(1, QStringLiteral("P"));
     addHeader(2, QStringLiteral("P"));
-    m_view.chosen = formatDistintaCode(1);
-    QVERIFY(m_editor->btnGestione_ClickED(E::Apri));
+    openDistinta(1, QStringLiteral("P"));
 
     test::ScriptedPrompter prompter;
     QVERIFY(m_editor->headerKeyPress());
@@ -307,24 +304,24 @@ void TestDistintaEditor::dateBoxes_data()
     QTest::addColumn<QDate>("creazione");
     QTest::addColumn<QDate>("valuta");
     QTest::addColumn<QString>("message");
+    auto row = [](const char *name, DateBox box, const char *typed, E::Leave leave,
+                  const char *shown, QDate creazione, QDate valuta, const char *message) {
+        QTest::newRow(name) << int(box) << QString::fromLatin1(typed) << int(leave)
+                            << QString::fromLatin1(shown) << creazione << valuta
+                            << QString::fromLatin1(message);
+    };
     const QDate before(2024, 3, 1);
-    QTest::newRow("two-digit year completed, value date follows")
-        << 0 << QStringLiteral("01/02/09__") << int(E::Leave::Accept)
-        << QStringLiteral("01/02/2009") << QDate(2009, 2, 1) << QDate(2009, 2, 1) << QString();
-    QTest::newRow("value date alone")
-        << 1 << QStringLiteral("20/03/2024") << int(E::Leave::Accept)
-        << QStringLiteral("20/03/2024") << before << QDate(2024, 3, 20) << QString();
-    QTest::newRow("empty creation date")
-        << 0 << QStringLiteral("__/__/____") << int(E::Leave::KeepFocus)
-        << QStringLiteral("__/__/____") << before << before
-        << QStringLiteral("Inserire la data di creazione della distinta!");
-    QTest::newRow("empty value date")
-        << 1 << QStringLiteral("__/__/____") << int(E::Leave::KeepFocus)
-        << QStringLiteral("__/__/____") << before << before
-        << QStringLiteral("Inserire la data valuta!");
-    QTest::newRow("not a day") << 0 << QStringLiteral("30/02/2024")
-                               << int(E::Leave::KeepFocusSelected) << QStringLiteral("30/02/2024")
-                               << before << before << QString();
+    const QDate typed(2009, 2, 1);
+    row("two-digit year completed, value date follows", DateBox::Creazione, "01/02/09__",
+        E::Leave::Accept, "01/02/2009", typed, typed, "");
+    row("value date alone", DateBox::Valuta, "20/03/2024", E::Leave::Accept, "20/03/2024", before,
+        QDate(2024, 3, 20), "");
+    row("empty creation date", DateBox::Creazione, "__/__/____", E::Leave::KeepFocus, "__/__/____",
+        before, before, "Inserire la data di creazione della distinta!");
+    row("empty value date", DateBox::Valuta, "__/__/____", E::Leave::KeepFocus, "__/__/____",
+        before, before, "Inserire la data valuta!");
+    row("not a day", DateBox::Creazione, "30/02/2024", E::Leave::KeepFocusSelected, "30/02/2024",
+        before, before, "");
 }
 
 void TestDistintaEditor::dateBoxes()
@@ -337,9 +334,7 @@ void TestDistintaEditor::dateBoxes()
     QFETCH(QDate, valuta);
     QFETCH(QString, message);
 
-    addHeader(1, QStringLiteral("P"));
-    m_view.chosen = formatDistintaCode(1);
-    QVERIFY(m_editor->btnGestione_ClickED(E::Apri));
+    openDistinta(1, QStringLiteral("P"));
     test::ScriptedPrompter prompter;
     m_view.dates[box] = typed;
     QCOMPARE(int(m_editor->validateDate(DateBox(box), typed)), leave);
@@ -360,9 +355,7 @@ void TestDistintaEditor::closing()
     QVERIFY(m_editor->Form_QueryUnload());
     QVERIFY(prompter.shown().isEmpty());
 
-    addHeader(1, QStringLiteral("P"));
-    m_view.chosen = formatDistintaCode(1);
-    QVERIFY(m_editor->btnGestione_ClickED(E::Apri));
+    openDistinta(1, QStringLiteral("P"));
     m_view.dates[0] = QStringLiteral("01/03/2024");
     m_view.dates[1] = QStringLiteral("__/__/____");
     QVERIFY(!m_editor->Form_QueryUnload());
@@ -408,25 +401,22 @@ void TestDistintaEditor::newDistintaFromSelection()
 
 void TestDistintaEditor::companyBankBlock()
 {
-    archives::ErpRecord ba1(archives::TabelleAzienda, QStringLiteral("BA1"));
-    ba1.setText(QStringLiteral("codice"), QStringLiteral("0306901600"));
-    ba1.setText(QStringLiteral("abi"), QStringLiteral("03069"));
-    ba1.setText(QStringLiteral("cab"), QStringLiteral("01600"));
-    ba1.setText(QStringLiteral("conto_ordinante"), QStringLiteral("000012345678"));
-    ba1.setText(QStringLiteral("des_banca"), QStringLiteral("Banca Intesa Forlì"));
-    m_rm->put(archives::TabelleAzienda, ba1.buffer());
-    archives::ErpRecord ba2(archives::TabelleAzienda, QStringLiteral("BA2"));
-    ba2.setText(QStringLiteral("codice"), QStringLiteral("0306901600"));
-    ba2.setText(QStringLiteral("sia"), QStringLiteral("A1B2C"));
-    m_rm->put(archives::TabelleAzienda, ba2.buffer());
-    archives::ErpRecord ba3(archives::TabelleAzienda, QStringLiteral("BA3"));
-    ba3.setText(QStringLiteral("codice"), QStringLiteral("0306901600"));
-    ba3.setText(QStringLiteral("riferimenti"), QStringLiteral("Fornitori marzo"));
-    m_rm->put(archives::TabelleAzienda, ba3.buffer());
+    // The three records of the company's bank 03069 01600 in the company tables.
+    auto put = [&](const char *type, const QList<std::pair<const char *, const char *>> &fields) {
+        archives::ErpRecord r(archives::TabelleAzienda, QString::fromLatin1(type));
+        r.setText(QStringLiteral("codice"), QStringLiteral("0306901600"));
+        for (const auto &[field, value] : fields)
+            r.setText(QString::fromLatin1(field), QString::fromUtf8(value));
+        m_rm->put(archives::TabelleAzienda, r.buffer());
+    };
+    put("BA1", {{"abi", "03069"},
+                {"cab", "01600"},
+                {"conto_ordinante", "000012345678"},
+                {"des_banca", "Banca Intesa Forlì"}});
+    put("BA2", {{"sia", "A1B2C"}});
+    put("BA3", {{"riferimenti", "Fornitori marzo"}});
 
-    addHeader(1, QStringLiteral("P"));
-    m_view.chosen = formatDistintaCode(1);
-    QVERIFY(m_editor->btnGestione_ClickED(E::Apri));
+    openDistinta(1, QStringLiteral("P"));
     test::ScriptedPrompter prompter;
 
     // A typed CAB is written with leading zeros and brings the bank's data.
