@@ -96,30 +96,20 @@ void TestMainWindowLoad::archiveOpenFailure_data()
     QTest::addColumn<QString>("message");
     QTest::addColumn<bool>("unloads");
     QTest::addColumn<int>("opensTried");
-    const QString scadenze = QStringLiteral(
-        "Impossibile aprire il file delle Scadenze di [orvida]. Impossibile continuare.");
-    QTest::newRow("tabelle comuni")
-        << 15
-        << QStringLiteral("Impossibile aprire il file delle tabelle comuni di "
-                          "[orvida]. Impossibile continuare.")
-        << true << 1;
-    QTest::newRow("clienti fornitori")
-        << 3
-        << QStringLiteral(
-               "Impossibile aprire il file Clienti Fornitori di [orvida]. Impossibile continuare.")
-        << true << 4;
-    QTest::newRow("scadenze") << 38 << scadenze << true << 6;
-    QTest::newRow("gruppo scadenze") << 37 << scadenze << true << 7;
-    QTest::newRow("pagamenti, two blanks")
-        << 55
-        << QStringLiteral(
-               "Impossibile aprire il file dei Pagamenti  di [orvida]. Impossibile continuare.")
-        << false << 8;
-    QTest::newRow("listini, two blanks")
-        << 28
-        << QStringLiteral(
-               "Impossibile aprire il file dei Listini  di [orvida]. Impossibile continuare.")
-        << false << 9;
+    // The archive as the message names it, then the message whole.
+    auto row = [](const char *name, int archive, const char *file, bool unloads, int opensTried) {
+        QTest::newRow(name) << archive
+                            << QStringLiteral("Impossibile aprire il file %1 di [orvida]. "
+                                              "Impossibile continuare.")
+                                   .arg(QLatin1String(file))
+                            << unloads << opensTried;
+    };
+    row("tabelle comuni", 15, "delle tabelle comuni", true, 1);
+    row("clienti fornitori", 3, "Clienti Fornitori", true, 4);
+    row("scadenze", 38, "delle Scadenze", true, 6);
+    row("gruppo scadenze", 37, "delle Scadenze", true, 7);
+    row("pagamenti, two blanks", 55, "dei Pagamenti ", false, 8);
+    row("listini, two blanks", 28, "dei Listini ", false, 9);
 }
 
 void TestMainWindowLoad::archiveOpenFailure()
