@@ -69,6 +69,20 @@ QString valueOf(const DetailFields &fields, const QString &section, const QStrin
     return QStringLiteral("<missing>");
 }
 
+// Compares the values shown under each section and label; the first difference fails the test.
+bool shows(const DetailFields &fields, const QList<std::array<const char *, 3>> &expected)
+{
+    for (const auto &[section, label, value] : expected) {
+        const QString actual =
+            valueOf(fields, QString::fromUtf8(section), QString::fromUtf8(label));
+        if (actual != QString::fromUtf8(value)) {
+            qWarning("%s, %s: \"%s\" instead of \"%s\"", section, label, qPrintable(actual), value);
+            return false;
+        }
+    }
+    return true;
+}
+
 } // namespace
 
 class TestDetail : public QObject
@@ -124,24 +138,15 @@ void TestDetail::dueItemShowsEveryField()
 
     const DetailFields fields = DueItemDetail::fields(item, &m_inst->erp());
     QCOMPARE(fields.size(), item.layout().fields(QStringLiteral("*")).size());
-    QCOMPARE(valueOf(fields, QStringLiteral("Scadenza"), QStringLiteral("Collegamento")),
-             QStringLiteral("2026000000012"));
-    QCOMPARE(valueOf(fields, QStringLiteral("Scadenza"), QStringLiteral("Data scadenza")),
-             QStringLiteral("30/11/2026"));
-    QCOMPARE(valueOf(fields, QStringLiteral("Scadenza"), QStringLiteral("Tipo pagamento")),
-             QStringLiteral("6 - Bonifico"));
-    QCOMPARE(valueOf(fields, QStringLiteral("Importi"), QStringLiteral("Da pagare (VAL)")),
-             QStringLiteral("1.234,50"));
-    QCOMPARE(valueOf(fields, QStringLiteral("Importi"), QStringLiteral("Cambio")),
-             QStringLiteral("1,162800"));
-    QCOMPARE(valueOf(fields, QStringLiteral("Importi"), QStringLiteral("Valuta")),
-             QStringLiteral("US - Dollaro USA"));
-    QCOMPARE(valueOf(fields, QStringLiteral("Appoggio"), QStringLiteral("Agenzia")),
-             QStringLiteral("01600 - Intesa Sanpaolo - Milano Centro"));
-    QCOMPARE(valueOf(fields, QStringLiteral("Distinta"), QStringLiteral("Stato distinta")),
-             QStringLiteral("5 - in distinta per l'intero importo"));
-    QCOMPARE(valueOf(fields, QStringLiteral("Distinta"), QStringLiteral("Data distinta")),
-             QString());
+    QVERIFY(shows(fields, {{"Scadenza", "Collegamento", "2026000000012"},
+                           {"Scadenza", "Data scadenza", "30/11/2026"},
+                           {"Scadenza", "Tipo pagamento", "6 - Bonifico"},
+                           {"Importi", "Da pagare (VAL)", "1.234,50"},
+                           {"Importi", "Cambio", "1,162800"},
+                           {"Importi", "Valuta", "US - Dollaro USA"},
+                           {"Appoggio", "Agenzia", "01600 - Intesa Sanpaolo - Milano Centro"},
+                           {"Distinta", "Stato distinta", "5 - in distinta per l'intero importo"},
+                           {"Distinta", "Data distinta", ""}}));
 
     // An agency the common tables do not know shows its code alone.
     item.setText(QStringLiteral("agenzia"), QStringLiteral("01601"));
@@ -155,20 +160,12 @@ void TestDetail::accountFromItsArchives()
     const AccountDetail supplier = AccountDetail::read(m_inst->erp(), QStringLiteral("400001"));
     QVERIFY(supplier.found());
     QCOMPARE(supplier.kind(), QStringLiteral("F"));
-    const DetailFields fields = supplier.fields();
-    QCOMPARE(valueOf(fields, QStringLiteral("Anagrafica"), QStringLiteral("Ragione sociale")),
-             QStringLiteral("Ferramenta Rossi Srl"));
-    QCOMPARE(valueOf(fields, QStringLiteral("Anagrafica"), QStringLiteral("Partita IVA")),
-             QStringLiteral("01234567890"));
-    QCOMPARE(valueOf(fields, QStringLiteral("Banca d'appoggio"), QStringLiteral("Conto corrente")),
-             QStringLiteral("000012345678"));
-    QCOMPARE(valueOf(fields, QStringLiteral("Banca d'appoggio"), QStringLiteral("IBAN")),
-             QStringLiteral("IT60X0306901600000012345678"));
-    QCOMPARE(
-        valueOf(fields, QStringLiteral("Banca d'appoggio"), QStringLiteral("Descrizione agenzia")),
-        QStringLiteral("Milano Centro"));
-    QCOMPARE(valueOf(fields, QStringLiteral("Sede amministrativa"), QStringLiteral("Indirizzo")),
-             QStringLiteral("Viale Monza 300"));
+    QVERIFY(shows(supplier.fields(), {{"Anagrafica", "Ragione sociale", "Ferramenta Rossi Srl"},
+                                      {"Anagrafica", "Partita IVA", "01234567890"},
+                                      {"Banca d'appoggio", "Conto corrente", "000012345678"},
+                                      {"Banca d'appoggio", "IBAN", "IT60X0306901600000012345678"},
+                                      {"Banca d'appoggio", "Descrizione agenzia", "Milano Centro"},
+                                      {"Sede amministrativa", "Indirizzo", "Viale Monza 300"}}));
 
     const AccountDetail unknown = AccountDetail::read(m_inst->erp(), QStringLiteral("123456"));
     QVERIFY(!unknown.found());
@@ -180,8 +177,6 @@ void TestDetail::windows()
 {
     DetailDialog account(QStringLiteral("Zoom Fornitore"), QStringLiteral("Dati Fornitore"),
                          AccountDetail::read(m_inst->erp(), QStringLiteral("400001")).fields());
-    QCOMPARE(account.windowTitle(), QStringLiteral("Zoom Fornitore"));
-    QCOMPARE(account.frame()->title(), QStringLiteral("Dati Fornitore"));
     QLineEdit *name =
         account.valueBox(QStringLiteral("Anagrafica"), QStringLiteral("Ragione sociale"));
     QVERIFY(name);
