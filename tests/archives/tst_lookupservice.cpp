@@ -103,6 +103,8 @@ void TestLookupService::banksAndAgencies()
 {
     LookupService lookup(*m_session);
     const LookupList all = lookup.banksAndAgencies();
+    QCOMPARE(all.headers, (QStringList{QStringLiteral("ABI"), QStringLiteral("CAB"),
+                                       QStringLiteral("Banca"), QStringLiteral("Agenzia")}));
     int agencies = 0;
     for (const ErpRecord &r : std::as_const(m_records))
         agencies += r.archive() == TabelleComuni && r.recordType() == u"BN ";
