@@ -317,6 +317,10 @@ void TestSelectionLogic::dialogConfirmsAndCancels()
 {
     test::ScriptedPrompter prompter;
     SelectionDialog dialog(&m_inst->erp());
+    // The clerk's texts as they stand.
+    QCOMPARE(dialog.windowTitle(), QStringLiteral("SELEZIONE"));
+    QCOMPARE(dialog.cmdGenera()->text(), QStringLiteral("&Conferma"));
+    QCOMPARE(dialog.cmdAnnulla()->text(), QStringLiteral("&Annulla"));
     QCOMPARE(dialog.cmbTipo()->count(), 11);
     QCOMPARE(dialog.cmbTipo()->currentText(), QStringLiteral("TUTTI I PAGAMENTI"));
     QCOMPARE(dialog.box(SelectionLogic::DataScadDa)->displayText(), QStringLiteral("__/__/____"));
