@@ -1,7 +1,8 @@
 #include "demorun.h"
 
+#include "testinstallation.h"
+
 #include "archives/archivenumbers.h"
-#include "archives/archivewriter.h"
 #include "archives/embeddedarchivestore.h"
 #include "archives/erpsession.h"
 
@@ -50,15 +51,7 @@ archives::ErpRecord DemoRun::dueItem(const QString &key) const
 
 bool DemoRun::put(const QList<archives::ErpRecord> &records) const
 {
-    archives::ArchiveWriter writer(companyDir(), commonDir());
-    QString error;
-    bool ok = writer.begin(&error);
-    for (const archives::ErpRecord &r : records)
-        ok = ok && writer.put(r.archive(), r.buffer(), &error);
-    ok = ok && writer.commit(&error);
-    if (!ok)
-        qWarning("archive write: %s", qPrintable(error));
-    return ok;
+    return TestInstallation::putRecords(companyDir(), commonDir(), records);
 }
 
 } // namespace pg::test

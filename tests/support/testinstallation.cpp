@@ -11,8 +11,7 @@
 
 namespace pg::test {
 
-TestInstallation::TestInstallation(bool createDatabase)
-    : m_previous(companyEnvironment())
+TestInstallation::TestInstallation(bool createDatabase) : m_previous(companyEnvironment())
 {
     if (!m_dir.isValid())
         return;
@@ -22,8 +21,9 @@ TestInstallation::TestInstallation(bool createDatabase)
     env.CompanyArchiveDir = env.OrvidaDir + QStringLiteral("ARCHIVI/001/");
     env.CommonArchiveDir = env.OrvidaDir + QStringLiteral("ARCHIVI/COMUNI/");
     env.ProgramDir = programDirOf(env.OrvidaDir);
-    for (const QString &dir : {env.CompanyArchiveDir, env.CommonArchiveDir, env.ProgramDir,
-                               env.OrvidaDir + QStringLiteral("D_STM/"), env.OrvidaDir + QStringLiteral("D_IMG/")})
+    for (const QString &dir :
+         {env.CompanyArchiveDir, env.CommonArchiveDir, env.ProgramDir,
+          env.OrvidaDir + QStringLiteral("D_STM/"), env.OrvidaDir + QStringLiteral("D_IMG/")})
         QDir().mkpath(dir);
     QFile schema(env.ProgramDir + localdb::SchemaFileName);
     if (!schema.open(QIODevice::WriteOnly))
@@ -38,7 +38,8 @@ TestInstallation::TestInstallation(bool createDatabase)
         qWarning("%s", qPrintable(error));
         return;
     }
-    if (createDatabase && !localdb::CreateDatabaseFromSchema(env.CompanyArchiveDir.chopped(1), localdb::FileName))
+    if (createDatabase &&
+        !localdb::CreateDatabaseFromSchema(env.CompanyArchiveDir.chopped(1), localdb::FileName))
         return;
     m_valid = true;
 }
@@ -57,7 +58,13 @@ QString TestInstallation::databasePath() const
 
 bool TestInstallation::put(const QList<archives::ErpRecord> &records)
 {
-    archives::ArchiveWriter writer(CompanyArchiveDir(), CommonArchiveDir());
+    return putRecords(CompanyArchiveDir(), CommonArchiveDir(), records);
+}
+
+bool TestInstallation::putRecords(const QString &companyDir, const QString &commonDir,
+                                  const QList<archives::ErpRecord> &records)
+{
+    archives::ArchiveWriter writer(companyDir, commonDir);
     QString error;
     bool ok = writer.begin(&error);
     for (const archives::ErpRecord &r : records)
@@ -71,7 +78,8 @@ bool TestInstallation::put(const QList<archives::ErpRecord> &records)
 archives::EmbeddedArchiveStore &TestInstallation::store()
 {
     if (!m_store) {
-        m_store = std::make_unique<archives::EmbeddedArchiveStore>(CompanyArchiveDir(), CommonArchiveDir());
+        m_store = std::make_unique<archives::EmbeddedArchiveStore>(CompanyArchiveDir(),
+                                                                   CommonArchiveDir());
         m_store->VBInit(Handle);
         for (int archive : {15, 0, 14, 3, 42, 38, 37, 55, 28})
             m_store->AperturaFile(Handle, archive, archive == archives::Scadenze ? 2 : 0);
@@ -87,7 +95,8 @@ archives::ErpSession &TestInstallation::erp()
 }
 
 archives::ErpRecord TestInstallation::dueItem(const QString &flag, const QString &link,
-                                              const QString &type, const QString &account, double amount)
+                                              const QString &type, const QString &account,
+                                              double amount)
 {
     archives::ErpRecord r(archives::Scadenze);
     r.setText(QStringLiteral("flag_colpar"), flag);

@@ -36,9 +36,14 @@ public:
     archives::ErpSession &erp();
     static constexpr qint32 Handle = 4242;
 
+    // Writes records into the archives of the company and common directories in one go; a
+    // failure is logged and gives false.
+    static bool putRecords(const QString &companyDir, const QString &commonDir,
+                           const QList<archives::ErpRecord> &records);
+
     // A due item of archive 38 in state "0" (free), with the fields the program reads.
-    static archives::ErpRecord dueItem(const QString &flag, const QString &link, const QString &type,
-                                       const QString &account, double amount);
+    static archives::ErpRecord dueItem(const QString &flag, const QString &link,
+                                       const QString &type, const QString &account, double amount);
 
 private:
     QTemporaryDir m_dir;
