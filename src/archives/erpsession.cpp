@@ -1,5 +1,7 @@
 #include "erpsession.h"
 
+#include "core/crashpoint.h"
+
 namespace pg::archives {
 
 qint32 ErpSession::open(int archive, int mode)
@@ -40,8 +42,11 @@ bool ErpSession::readGen(ErpRecord &record, int key)
 
 bool ErpSession::rewrite(const ErpRecord &record)
 {
+    crashPoint();
     m_manager->RiscritturaRec32(m_handle, record.archive(), record.buffer());
-    return (m_lastError = m_manager->TqGetErcode()) == 0;
+    m_lastError = m_manager->TqGetErcode();
+    crashPoint();
+    return m_lastError == 0;
 }
 
 } // namespace pg::archives

@@ -1,5 +1,6 @@
 #include "databaseconnection.h"
 
+#include "core/crashpoint.h"
 #include "startup/dberror.h"
 
 #include <QAtomicInteger>
@@ -88,6 +89,14 @@ DatabaseConnection::~DatabaseConnection()
     QSqlDatabase::removeDatabase(m_name);
 }
 
+void DatabaseConnection::setDurableCommits(bool durable)
+{
+    QSqlQuery q(m_db);
+    if (!q.exec(durable ? QStringLiteral("PRAGMA synchronous = FULL")
+                        : QStringLiteral("PRAGMA synchronous = NORMAL")))
+        throw databaseError(q.lastError());
+}
+
 bool DatabaseConnection::isOpen() const
 {
     return m_db.isOpen();
@@ -109,6 +118,7 @@ Transaction::~Transaction()
 
 void Transaction::commit()
 {
+    crashPoint();
     if (!m_db.commit()) {
         const QSqlError error = m_db.lastError();
         m_db.rollback();
@@ -116,6 +126,7 @@ void Transaction::commit()
         throw databaseError(error);
     }
     m_active = false;
+    crashPoint();
 }
 
 void Transaction::rollback()

@@ -26,6 +26,12 @@ public:
     // The engine's code of the failure (SQLITE_BUSY 5, SQLITE_NOTADB 26), 0 when it opened.
     int errorCode() const { return m_errorCode; }
 
+    // Makes every later commit wait until it is on the disk (not only safe from a crash of
+    // the program but from a power cut too), or back to the normal synchronisation. Used
+    // around the commits after which the suite's archives are written: what they write
+    // must never outlive the commit it follows. Raises the database's AppError on failure.
+    void setDurableCommits(bool durable);
+
     QSqlDatabase &database() { return m_db; }
     const QString &filePath() const { return m_path; }
 

@@ -5,6 +5,8 @@
 #include "localdb/databaseconnection.h"
 #include "localdb/openerror.h"
 #include "localdb/schemacatalog.h"
+#include "localdb/schemafile.h"
+#include "localdb/shippedschema.h"
 
 #include "core/apperror.h"
 #include "core/prompter.h"
@@ -83,11 +85,32 @@ bool CheckDatabaseVersion(const QString &fileName)
             if (!reopened.isOpen())
                 throw databaseOpenError(reopened);
         }
+        if (isLocalDatabaseFile(fileName))
+            AddMissingTables(fileName);
         return true;
     } catch (const AppError &error) {
         showUnexpected(error);
         return false;
     }
+}
+
+void AddMissingTables(const QString &fileName)
+{
+    const DatabaseSchema schema = parseSchemaDescription(shippedSchemaDescription());
+    DatabaseConnection connection(fileName);
+    if (!connection.isOpen())
+        throw databaseOpenError(connection);
+    QSqlDatabase &db = connection.database();
+    QList<SchemaTable> missing;
+    for (const SchemaTable &table : schema.tables)
+        if (!SchemaCatalog::hasTable(db, table.name))
+            missing << table;
+    if (missing.isEmpty())
+        return;
+    Transaction transaction(db);
+    for (const SchemaTable &table : std::as_const(missing))
+        SchemaCatalog::addTable(db, table);
+    transaction.commit();
 }
 
 bool UpgradeTo060701(const QString &fileName)

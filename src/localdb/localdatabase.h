@@ -32,10 +32,16 @@ bool CreateDatabaseFromSchema(const QString &directory, const QString &fileName)
 // happens when the database does not exist; a failure is shown and start-up goes on.
 void GenerateSchemaFile(const QString &directory, const QString &fileName);
 
-// Opens the database, stamps the current version when it has none, and converts a
-// "Pagame.db" of version "06.07.00"; a failed conversion ends the process. False (after a
+// Opens the database, stamps the current version when it has none, converts a "Pagame.db"
+// of version "06.07.00" (a failed conversion ends the process) and adds to "Pagame.db" the
+// tables it lacks. False (after a
 // message) when the database cannot be opened or read, so that the program does not go on.
 bool CheckDatabaseVersion(const QString &fileName);
+
+// Adds the tables of the program's own schema description that the database lacks (a
+// database made by an earlier release has no write-back journal), with their indexes, in one
+// transaction; the tables it has are left as they are. Raises AppError on a database failure.
+void AddMissingTables(const QString &fileName);
 
 // The conversion from "06.07.00": opens the database exclusively (asking to retry while
 // another program holds it), adds val_imp_indist_eur and val_imp_indist_val to TB_RIGHE and

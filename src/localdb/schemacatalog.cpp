@@ -401,6 +401,43 @@ QList<SchemaRelation> foreignKeyRelations(QSqlDatabase &db, const QList<SchemaTa
     return out;
 }
 
+// A table with its indexes, and its entries in the catalog when there is one; the table takes
+// the next position of the catalog's list.
+void createTable(QSqlDatabase &db, const SchemaTable &table, const QList<SchemaRelation> &relations,
+                 bool catalog)
+{
+    execute(db, createTableSql(table, relations));
+    for (const SchemaIndex &index : table.indexes)
+        execute(db, createIndexSql(table, index));
+    if (!catalog)
+        return;
+    execute(db,
+            QStringLiteral("INSERT INTO MSysSchemaTables (Position, Name) VALUES ((SELECT "
+                           "COALESCE(MAX(Position), 0) + 1 FROM MSysSchemaTables), ?)"),
+            {table.name});
+    for (qsizetype f = 0; f < table.fields.size(); ++f) {
+        const SchemaField &field = table.fields.at(f);
+        execute(db,
+                QStringLiteral("INSERT INTO MSysSchemaFields (TableName, Position, Name, Type, "
+                               "Size, Attributes, AllowZeroLength, DefaultValue, Required) "
+                               "VALUES (?, ?, ?, ?, ?, ?, ?, ?, ?)"),
+                {table.name, f + 1, field.name, field.type, field.size, field.attributes,
+                 field.allowZeroLength, nonNull(field.defaultValue), field.required});
+    }
+    for (qsizetype i = 0; i < table.indexes.size(); ++i) {
+        const SchemaIndex &index = table.indexes.at(i);
+        execute(db,
+                QStringLiteral("INSERT INTO MSysSchemaIndexes (TableName, Position, Name, "
+                               "IgnoreNulls, IsPrimary, IsUnique) VALUES (?, ?, ?, ?, ?, ?)"),
+                {table.name, i + 1, index.name, index.ignoreNulls, index.primary, index.unique});
+        for (qsizetype c = 0; c < index.columns.size(); ++c)
+            execute(db,
+                    QStringLiteral("INSERT INTO MSysSchemaIndexColumns (TableName, IndexName, "
+                                   "Position, FieldName) VALUES (?, ?, ?, ?)"),
+                    {table.name, index.name, c + 1, index.columns.at(c)});
+    }
+}
+
 } // namespace
 
 bool SchemaCatalog::hasCatalog(QSqlDatabase &db)
@@ -418,35 +455,8 @@ void SchemaCatalog::build(QSqlDatabase &db, const DatabaseSchema &schema)
             {DatabaseNameProperty, schema.name});
 
     const QList<SchemaRelation> relations = namedRelations(schema.relations);
-    for (qsizetype t = 0; t < schema.tables.size(); ++t) {
-        const SchemaTable &table = schema.tables.at(t);
-        execute(db, createTableSql(table, relations));
-        execute(db, QStringLiteral("INSERT INTO MSysSchemaTables (Position, Name) VALUES (?, ?)"),
-                {t + 1, table.name});
-        for (qsizetype f = 0; f < table.fields.size(); ++f) {
-            const SchemaField &field = table.fields.at(f);
-            execute(db,
-                    QStringLiteral("INSERT INTO MSysSchemaFields (TableName, Position, Name, Type, "
-                                   "Size, Attributes, AllowZeroLength, DefaultValue, Required) "
-                                   "VALUES (?, ?, ?, ?, ?, ?, ?, ?, ?)"),
-                    {table.name, f + 1, field.name, field.type, field.size, field.attributes,
-                     field.allowZeroLength, nonNull(field.defaultValue), field.required});
-        }
-        for (qsizetype i = 0; i < table.indexes.size(); ++i) {
-            const SchemaIndex &index = table.indexes.at(i);
-            execute(db, createIndexSql(table, index));
-            execute(
-                db,
-                QStringLiteral("INSERT INTO MSysSchemaIndexes (TableName, Position, Name, "
-                               "IgnoreNulls, IsPrimary, IsUnique) VALUES (?, ?, ?, ?, ?, ?)"),
-                {table.name, i + 1, index.name, index.ignoreNulls, index.primary, index.unique});
-            for (qsizetype c = 0; c < index.columns.size(); ++c)
-                execute(db,
-                        QStringLiteral("INSERT INTO MSysSchemaIndexColumns (TableName, IndexName, "
-                                       "Position, FieldName) VALUES (?, ?, ?, ?)"),
-                        {table.name, index.name, c + 1, index.columns.at(c)});
-        }
-    }
+    for (qsizetype t = 0; t < schema.tables.size(); ++t)
+        createTable(db, schema.tables.at(t), relations, true);
     for (qsizetype q = 0; q < schema.queries.size(); ++q) {
         const SchemaQuery &query = schema.queries.at(q);
         const bool view = createQuery(db, query);
@@ -540,6 +550,20 @@ DatabaseSchema SchemaCatalog::describe(QSqlDatabase &db, const QString &fallback
         }
     schema.relations << foreignKeyRelations(db, schema.tables, schema.relations);
     return schema;
+}
+
+bool SchemaCatalog::hasTable(QSqlDatabase &db, const QString &table)
+{
+    for (const QVariantList &row :
+         rows(db, QStringLiteral("SELECT name FROM sqlite_master WHERE type = 'table'")))
+        if (sameName(row.at(0).toString(), table))
+            return true;
+    return false;
+}
+
+void SchemaCatalog::addTable(QSqlDatabase &db, const SchemaTable &table)
+{
+    createTable(db, table, {}, hasCatalog(db));
 }
 
 void SchemaCatalog::addField(QSqlDatabase &db, const QString &table, const SchemaField &field)

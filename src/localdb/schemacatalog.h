@@ -28,6 +28,12 @@ public:
     // they were created.
     static DatabaseSchema describe(QSqlDatabase &db, const QString &fallbackName);
 
+    // Whether the database has a table of that name (letter case aside).
+    static bool hasTable(QSqlDatabase &db, const QString &table);
+    // Adds a table with its indexes to an existing database, and to the catalog when the
+    // database has one, inside the caller's transaction.
+    static void addTable(QSqlDatabase &db, const SchemaTable &table);
+
     // Adds a column to an existing table, and to the catalog when the database has one.
     static void addField(QSqlDatabase &db, const QString &table, const SchemaField &field);
 

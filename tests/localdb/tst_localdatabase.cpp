@@ -101,12 +101,17 @@ QVariant scalar(QSqlDatabase &db, const QString &sql, const QVariantList &values
 }
 
 // The shipped description without the two columns that the conversion adds.
+// The schema of an older release: no amounts in distinta, no write-back journal.
 QByteArray schemaOf060700()
 {
     QByteArray out;
-    for (const QByteArray &line : shippedSchemaDescription().split('\n'))
-        if (!line.isEmpty() && !line.contains("val_imp_indist_"))
+    bool journal = false;
+    for (const QByteArray &line : shippedSchemaDescription().split('\n')) {
+        journal = journal || line.startsWith("Tabella\tTB_GIORNALE");
+        if (!line.isEmpty() && !line.contains("val_imp_indist_") && !journal)
             out += line + '\n';
+        journal = journal && !line.startsWith("FineTabella");
+    }
     return out;
 }
 
@@ -399,7 +404,7 @@ void TestLocalDatabase::refusedSchemaLeavesNothing_data()
     badQuery.replace("FROM TB_TESTATA ORDER BY", "FROM TB_NESSUNA ORDER BY");
     QTest::newRow("query the engine refuses")
         << badQuery
-        << installation + QStringLiteral("\r\nRiga 110: la query \"qryUltimaDistinta\" "
+        << installation + QStringLiteral("\r\nRiga 137: la query \"qryUltimaDistinta\" "
                                          "non è valida: no such table: TB_NESSUNA");
 
     QByteArray outside = shippedSchemaDescription();
@@ -488,6 +493,20 @@ void TestLocalDatabase::upgradeFrom060700()
     QVERIFY(added->sameAs(*parseSchemaDescription(shippedSchemaDescription())
                                .table(QStringLiteral("TB_RIGHE_RAGG"))
                                ->field(QStringLiteral("val_imp_indist_val"))));
+    // The write-back journal it lacked is there, as the shipped schema describes it, and a
+    // second check leaves it alone.
+    const SchemaTable *journal = schema.table(QStringLiteral("TB_GIORNALE"));
+    QVERIFY(journal);
+    QVERIFY(journal->sameAs(
+        *parseSchemaDescription(shippedSchemaDescription()).table(QStringLiteral("TB_GIORNALE"))));
+    QVERIFY(run(db, QStringLiteral("INSERT INTO TB_GIORNALE (num_operazione, num_voce, "
+                                   "flg_operazione, flg_voce, flg_flag_colpar, des_link_orvida) "
+                                   "VALUES (1, 1, 'S', 'R', 'F', '2026000000001')")));
+    QVERIFY(CheckDatabaseVersion(database()));
+    QSqlQuery entry(QStringLiteral("SELECT COUNT(*), MIN(flg_esito) FROM TB_GIORNALE"), db);
+    QVERIFY(entry.next());
+    QCOMPARE(entry.value(0).toInt(), 1);
+    QCOMPARE(entry.value(1).toString(), QStringLiteral("A"));
 }
 
 void TestLocalDatabase::upgradeWaitsForOtherPrograms()

@@ -62,9 +62,9 @@ void TestSchemaFile::shippedFile()
     QStringList tables;
     for (const SchemaTable &t : schema.tables)
         tables << t.name;
-    QCOMPARE(tables,
-             QStringList({QStringLiteral("TB_TESTATA"), QStringLiteral("TB_RIGHE"),
-                          QStringLiteral("TB_RIGHE_RAGG"), QStringLiteral("_tblSys_EnvVar")}));
+    QCOMPARE(tables, QStringList({QStringLiteral("TB_TESTATA"), QStringLiteral("TB_RIGHE"),
+                                  QStringLiteral("TB_RIGHE_RAGG"), QStringLiteral("_tblSys_EnvVar"),
+                                  QStringLiteral("TB_GIORNALE")}));
     // Rows and grouped rows are the same columns.
     QCOMPARE(schema.tables.at(1).fields.size(), 32);
     for (qsizetype i = 0; i < schema.tables.at(1).fields.size(); ++i)
