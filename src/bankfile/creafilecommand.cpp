@@ -9,8 +9,6 @@
 #include "core/prompter.h"
 #include "core/vbdate.h"
 #include "distinta/distintestore.h"
-#include "distinta/erpwriteback.h"
-#include "distinta/rowcounter.h"
 #include "lists/usersettings.h"
 #include "startup/companyenvironment.h"
 #include "startup/errortrap.h"
@@ -141,8 +139,8 @@ CreaFileCommand::run(distinta::Distinta &d, bool unsavedChanges,
         const Outcome written = writeXml(d, grouped, cuc);
         if (written != Outcome::Written)
             return written;
-    } else {
-        writeFile(d, grouped, modDescr);
+    } else if (!writeFile(d, grouped, modDescr)) {
+        return Outcome::Failed;
     }
 
     m_store.AggiornaFlagStato(d, QStringLiteral("F"));
@@ -150,25 +148,17 @@ CreaFileCommand::run(distinta::Distinta &d, bool unsavedChanges,
     return Outcome::Written;
 }
 
-void CreaFileCommand::markDueItem(distinta::ErpWriteBack &writeBack, const distinta::Riga &row,
-                                  const distinta::Testata &header,
-                                  const std::function<int(const QString &)> &rowsWithKey)
+bool CreaFileCommand::markDueItems(const distinta::Testata &header,
+                                   const distinta::RecordSet<distinta::Riga> &rows)
 {
-    switch (writeBack.update(row, header, rowsWithKey)) {
-    case distinta::ErpWriteBack::Outcome::Done:
-        return;
-    case distinta::ErpWriteBack::Outcome::ReadFailed:
-        throw AppError(distinta::DistinteStore::ErrSalvaRicerca,
-                       QStringLiteral("Errore in ricerca archivi [orvida]"),
-                       QStringLiteral("cmdCreaFile"));
-    case distinta::ErpWriteBack::Outcome::RewriteFailed:
-        throw AppError(distinta::DistinteStore::ErrSalvaAggiornamento,
-                       QStringLiteral("Errore in aggiornamento archivi [orvida]"),
-                       QStringLiteral("cmdCreaFile"));
-    }
+    QList<distinta::Riga> list;
+    list.reserve(rows.size());
+    for (int k = 0; k < rows.size(); ++k)
+        list << rows.at(k);
+    return m_store.AggiornaScadenze(header, list, QStringLiteral("cmdCreaFile"));
 }
 
-void CreaFileCommand::writeFile(distinta::Distinta &d, bool grouped, bool modDescr)
+bool CreaFileCommand::writeFile(distinta::Distinta &d, bool grouped, bool modDescr)
 {
     // A copy of the rows the dispositions come from: the saves below must not move them.
     const distinta::RecordSet<distinta::Riga> rows = grouped ? d.righeRagg : d.righe;
@@ -177,19 +167,16 @@ void CreaFileCommand::writeFile(distinta::Distinta &d, bool grouped, bool modDes
     if (!file.open(QIODevice::WriteOnly))
         throw pathError(m_outputPath, file.errorString());
 
-    // Plain rows mark their due items in the suite as the file is built (AggiornaScadenza),
-    // with one count of the distinte's rows for the whole file.
-    distinta::ErpWriteBack writeBack(m_erp);
-    distinta::RowCounter counts(m_store, d.header().cod_distinta);
-    const std::function<int(const QString &)> rowsWithKey = std::ref(counts);
     BonificiFile bonifici(m_erp, m_company, modDescr);
-    bonifici.build(d.header(), rows, [&](int k) {
-        if (!grouped)
-            markDueItem(writeBack, rows.at(k), d.header(), rowsWithKey);
-    });
+    bonifici.build(d.header(), rows);
+    // Plain rows mark their due items in the suite (AggiornaScadenza) before the file is
+    // written, as one journaled operation.
+    if (!grouped && !markDueItems(d.header(), rows))
+        return false;
     bonifici.write(file);
     if (!file.commit())
         throw pathError(m_outputPath, file.errorString());
+    return true;
 }
 
 QString CreaFileCommand::cucForXml()
@@ -239,14 +226,9 @@ CreaFileCommand::Outcome CreaFileCommand::writeXml(distinta::Distinta &d, bool g
     QSaveFile file(m_outputPath);
     if (!file.open(QIODevice::WriteOnly))
         throw pathError(m_outputPath, file.errorString());
-    // Plain rows mark their due items as the flat file does, with one count for the file.
-    if (!grouped) {
-        distinta::ErpWriteBack writeBack(m_erp);
-        distinta::RowCounter counts(m_store, d.header().cod_distinta);
-        const std::function<int(const QString &)> rowsWithKey = std::ref(counts);
-        for (int k = 0; k < rows.size(); ++k)
-            markDueItem(writeBack, rows.at(k), d.header(), rowsWithKey);
-    }
+    // Plain rows mark their due items as the flat file does.
+    if (!grouped && !markDueItems(d.header(), rows))
+        return Outcome::Failed;
     if (file.write(document) != document.size() || !file.commit())
         throw pathError(m_outputPath, file.errorString());
     return Outcome::Written;

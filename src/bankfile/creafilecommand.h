@@ -13,7 +13,6 @@
 
 namespace pg::distinta {
 class DistinteStore;
-class ErpWriteBack;
 } // namespace pg::distinta
 
 namespace pg::bankfile {
@@ -85,12 +84,12 @@ public:
 private:
     Outcome run(distinta::Distinta &d, bool unsavedChanges,
                 const std::function<bool(distinta::Distinta &)> &saveChanges);
-    void writeFile(distinta::Distinta &d, bool grouped, bool modDescr);
+    // False when the due items could not be marked (the clerk was told why).
+    bool writeFile(distinta::Distinta &d, bool grouped, bool modDescr);
     QString cucForXml();
     Outcome writeXml(distinta::Distinta &d, bool grouped, const QString &cuc);
-    void markDueItem(distinta::ErpWriteBack &writeBack, const distinta::Riga &row,
-                     const distinta::Testata &header,
-                     const std::function<int(const QString &)> &rowsWithKey);
+    bool markDueItems(const distinta::Testata &header,
+                      const distinta::RecordSet<distinta::Riga> &rows);
 
     distinta::DistinteStore &m_store;
     archives::ErpSession &m_erp;

@@ -1,10 +1,11 @@
 #include "completenesscheck.h"
 
+#include "reportfile.h"
+
 #include "archives/archivenumbers.h"
 #include "archives/erprecord.h"
 #include "archives/erpsession.h"
 #include "core/apperror.h"
-#include "core/cp1252.h"
 #include "core/distintacode.h"
 #include "core/prompter.h"
 #include "core/vbdate.h"
@@ -13,9 +14,7 @@
 #include "startup/companyenvironment.h"
 #include "startup/errortrap.h"
 
-#include <QDir>
 #include <QHash>
-#include <QSaveFile>
 
 #include <optional>
 
@@ -32,18 +31,6 @@ struct BankData
     QString agenzia;
     QString conto;
 };
-
-void writeReport(const QString &path, const QStringList &lines)
-{
-    QByteArray bytes;
-    for (const QString &line : lines)
-        bytes += cp1252::encode(line) + "\r\n";
-    QSaveFile file(path);
-    if (!file.open(QIODevice::WriteOnly) || file.write(bytes) != bytes.size() || !file.commit())
-        throw AppError(AppError::PathFileAccess,
-                       QStringLiteral("Path/File access error: ") + QDir::toNativeSeparators(path) +
-                           QStringLiteral(" (") + file.errorString() + u')');
-}
 
 bool isBlank(const QString &text)
 {
@@ -142,7 +129,7 @@ CompletenessCheck::run(distinta::Distinta &d, bool unsavedChanges,
     };
     result.reportPath = reportPath();
     if (d.righe.isEmpty()) {
-        writeReport(result.reportPath, lines);
+        writeReportFile(result.reportPath, lines);
         msgBox(QStringLiteral("Non ci sono scadenze da controllare"));
         return result;
     }
@@ -177,7 +164,7 @@ CompletenessCheck::run(distinta::Distinta &d, bool unsavedChanges,
           << QStringLiteral("2: manca n. c/c su anagrafica cli/for")
           << QStringLiteral("3: scadenza inesistente in [orvida]")
           << QStringLiteral("4: la scadenza risulta già pagata");
-    writeReport(result.reportPath, lines);
+    writeReportFile(result.reportPath, lines);
     result.reportWritten = true;
 
     if (!result.errorsFound)

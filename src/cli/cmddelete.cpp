@@ -32,6 +32,12 @@ int runDelete(CommandContext &context)
     }
     if (!session.store().Cancella(session.distinta()))
         return context.fail(QStringLiteral("La distinta %1 non è stata eliminata.").arg(number));
+    // The releases the archives refused are still in the journal: the items stay blocked,
+    // never paid twice, until the next run completes them.
+    if (session.store().pendingWriteBacks() > 0) {
+        context.out() << QStringLiteral("Distinta %1 eliminata.\n").arg(number);
+        return ExitFailure;
+    }
     context.out() << QStringLiteral(
                          "Distinta %1 eliminata: le sue scadenze sono di nuovo libere.\n")
                          .arg(number);

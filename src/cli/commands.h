@@ -10,5 +10,6 @@ int runArchive(CommandContext &context);
 int runList(CommandContext &context);
 int runShow(CommandContext &context);
 int runDelete(CommandContext &context);
+int runVerifica(CommandContext &context);
 
 } // namespace pg::cli

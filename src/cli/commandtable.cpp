@@ -60,6 +60,12 @@ const QList<Command> &commandTable()
                         "scadenze raggruppate, --totals riga dei totali, --date data di\n"
                         "presentazione, --template un modello diverso da \"Distinta\""),
          true, runPrint},
+        {QStringLiteral("verifica"), QStringLiteral("[--ripara]"),
+         QStringLiteral("confronta le scadenze segnate in distinta negli archivi di [orvida] con\n"
+                        "le righe delle distinte salvate ed elenca ogni differenza (anche nel\n"
+                        "rapporto verifica.txt); esce con 1 se ce ne sono. --ripara corregge le\n"
+                        "scadenze come dicono le distinte"),
+         true, runVerifica},
     };
     return table;
 }

@@ -1,10 +1,11 @@
 #include "distintestore.h"
 
-#include "erpwriteback.h"
+#include "duitemupdates.h"
 #include "programvalues.h"
 #include "raggruppamento.h"
-#include "rowcounter.h"
 #include "tablesql.h"
+#include "writebackjournal.h"
+#include "writebacklock.h"
 
 #include "core/distintacode.h"
 #include "core/prompter.h"
@@ -14,6 +15,7 @@
 #include "startup/dberror.h"
 #include "startup/errortrap.h"
 
+#include <QFileInfo>
 #include <QSqlQuery>
 #include <QSqlRecord>
 
@@ -40,11 +42,6 @@ QSqlQuery run(QSqlDatabase &db, const QString &sql, const QVariantList &binds = 
     if (!query.exec())
         throw databaseError(query.lastError());
     return query;
-}
-
-AppError applicationError(qint32 number, const QString &description, const QString &source)
-{
-    return AppError(number, description, source);
 }
 
 } // namespace
@@ -115,7 +112,6 @@ void DistinteStore::Nuovo(Distinta &d)
     header.cod_valuta = values.codValuta;
     header.des_valuta = values.desValuta;
     d.testata.append(header);
-    m_released.clear();
 }
 
 void DistinteStore::Leggi(Distinta &d, const QString &code)
@@ -201,11 +197,20 @@ bool DistinteStore::Salva(Distinta &d, bool askFirst, bool noRegroup)
     if (!ValidaDati(d))
         return false;
 
+    WriteBackLock lock(databasePath());
+    if (!lock.acquire())
+        return false;
+    const DueItemUpdates updates(m_erp);
     std::unique_ptr<DatabaseConnection> conn;
     std::unique_ptr<Transaction> transaction;
     try {
         conn = open();
         QSqlDatabase &db = conn->database();
+        // What an interrupted operation left undone comes first: new changes are worked out
+        // from marks that agree with the distinte.
+        if (!updates.completePending(db))
+            return false;
+        conn->setDurableCommits(true);
         transaction = std::make_unique<Transaction>(db);
         if (!noRegroup && !underTrap(QStringLiteral("clsDistinte!RaggruppaRighe"),
                                      [&] { raggruppaRighe(d, m_groupTemplate); }))
@@ -213,16 +218,21 @@ bool DistinteStore::Salva(Distinta &d, bool askFirst, bool noRegroup)
         const QList<qint64> header = sql::writeChanges(db, TbTestata, d.testata);
         const QList<qint64> rows = sql::writeChanges(db, TbRighe, d.righe);
         const QList<qint64> groups = sql::writeChanges(db, TbRigheRagg, d.righeRagg);
+        QList<WriteBackEntry> entries = updates.planSave(db, d);
+        WriteBackJournal::record(db, WriteBackJournal::Operation::Save, d.header().cod_distinta,
+                                 entries);
         transaction->commit();
         d.testata.acceptChanges(header);
         d.righe.acceptChanges(rows);
         d.righeRagg.acceptChanges(groups);
+        // Saved, the distinta is no longer new, and its removed items are the journal's now.
+        d.righeDaCanc.clear();
+        d.nuova = false;
         transaction.reset();
-        conn.reset();
+        conn->setDurableCommits(false);
 
-        // The local distinta is committed before any due item of the suite is touched.
-        writeBackOnSave(d);
-        m_released.clear();
+        // The local distinta and its journal are committed before any due item is touched.
+        updates.carryOut(db, entries, true, QStringLiteral("Salva"));
         return true;
     } catch (const ProcessEnded &) {
         throw;
@@ -235,32 +245,6 @@ bool DistinteStore::Salva(Distinta &d, bool askFirst, bool noRegroup)
         if (transaction)
             transaction->rollback();
         return false;
-    }
-}
-
-void DistinteStore::writeBackOnSave(Distinta &d)
-{
-    if (!m_erp)
-        throw AppError(AppError::ObjectErrorBase + 513,
-                       QStringLiteral("Errore in ricerca archivi [orvida]"), QStringLiteral("Salva"));
-    ErpWriteBack writeBack(*m_erp);
-    if (!m_released.isEmpty())
-        writeBack.releaseRemoved(m_released, programValues().nuovaDistinta);
-
-    const Testata &header = d.header();
-    RowCounter counter(*this, header.cod_distinta);
-    for (int i = 0; i < d.righe.size(); ++i) {
-        switch (writeBack.update(d.righe.at(i), header, std::ref(counter))) {
-        case ErpWriteBack::Outcome::Done:
-            break;
-        case ErpWriteBack::Outcome::ReadFailed:
-            throw applicationError(ErrSalvaRicerca, QStringLiteral("Errore in ricerca archivi [orvida]"),
-                                   QStringLiteral("Salva"));
-        case ErpWriteBack::Outcome::RewriteFailed:
-            throw applicationError(ErrSalvaAggiornamento,
-                                   QStringLiteral("Errore in aggiornamento archivi [orvida]"),
-                                   QStringLiteral("Salva"));
-        }
     }
 }
 
@@ -281,39 +265,31 @@ bool DistinteStore::SalvaDesc(Distinta &d)
     }
 }
 
-void DistinteStore::releaseOnDelete(const QList<RecordSet<Riga>::Entry> &rows)
-{
-    if (!m_erp)
-        throw applicationError(ErrCancellaRicerca, QStringLiteral("Errore in ricerca archivi [orvida]"),
-                               QStringLiteral("Cancella"));
-    ErpWriteBack writeBack(*m_erp);
-    for (const auto &entry : rows) {
-        switch (writeBack.release(entry.data.flg_flag_colpar, entry.data.des_link_orvida)) {
-        case ErpWriteBack::Outcome::Done:
-            break;
-        case ErpWriteBack::Outcome::ReadFailed:
-            throw applicationError(ErrCancellaRicerca, QStringLiteral("Errore in ricerca archivi [orvida]"),
-                                   QStringLiteral("Cancella"));
-        case ErpWriteBack::Outcome::RewriteFailed:
-            throw applicationError(ErrCancellaAggiornamento,
-                                   QStringLiteral("Errore in aggiornamento archivi [orvida]"),
-                                   QStringLiteral("Cancella"));
-        }
-    }
-}
-
 bool DistinteStore::Cancella(Distinta &d)
 {
+    WriteBackLock lock(databasePath());
+    if (!lock.acquire())
+        return false;
+    const DueItemUpdates updates(m_erp);
     std::unique_ptr<DatabaseConnection> conn;
     std::unique_ptr<Transaction> transaction;
     try {
         conn = open();
         QSqlDatabase &db = conn->database();
+        if (!updates.completePending(db))
+            return false;
+        conn->setDurableCommits(true);
         transaction = std::make_unique<Transaction>(db);
         const QString code = d.hasHeader() ? d.header().cod_distinta : QString();
 
-        // The due items are freed from the rows as saved, before the rows go.
-        releaseOnDelete(sql::readRows<Riga>(db, TbRighe, RowsOfDistinta, {code}));
+        // The due items are freed from the rows as saved; the releases are committed with the
+        // deletion and carried out after it, so that no item is ever free while a distinta
+        // still holds it.
+        QList<Riga> saved;
+        for (const auto &entry : sql::readRows<Riga>(db, TbRighe, RowsOfDistinta, {code}))
+            saved << entry.data;
+        QList<WriteBackEntry> entries = updates.planDelete(saved);
+        WriteBackJournal::record(db, WriteBackJournal::Operation::Delete, code, entries);
 
         // The removals are prepared on copies: the distinta in memory changes only once the
         // deletion is committed.
@@ -329,6 +305,18 @@ bool DistinteStore::Cancella(Distinta &d)
         groups.acceptChanges({});
         d.righe = std::move(rows);
         d.righeRagg = std::move(groups);
+        d.righeDaCanc.clear();
+        transaction.reset();
+        conn->setDurableCommits(false);
+
+        const int left = updates.carryOut(db, entries, false, QStringLiteral("Cancella"));
+        if (left > 0)
+            msgBox(QStringLiteral("Errore in aggiornamento archivi [orvida]") + QStringLiteral("\r\n") +
+                       QStringLiteral("La distinta è stata eliminata, ma %1 sue scadenze non sono "
+                                      "ancora state liberate: lo saranno alla prossima operazione "
+                                      "sulle distinte o al prossimo avvio del programma.")
+                           .arg(left),
+                   Buttons::Ok, Icon::Exclamation);
         return true;
     } catch (const ProcessEnded &) {
         throw;
@@ -337,7 +325,7 @@ bool DistinteStore::Cancella(Distinta &d)
         try {
             const AppError error = errorFromException(first);
             // A failure of the suite's archives is not shown: the deletion simply does not
-            // happen, while the items already freed stay free.
+            // happen, and no due item was touched.
             if (error.number() > 0)
                 ErrTrap(QStringLiteral("frmMain!Sub cancella()"), error);
             if (transaction)
@@ -356,16 +344,86 @@ bool DistinteStore::AggiornaFlagStato(Distinta &d, const QString &state)
     if (!d.hasHeader() || d.header().flg_stato == state)
         return true;
     const QString code = d.header().cod_distinta;
+    const QString previous = d.header().flg_stato;
     d.editHeader().flg_stato = state;
-    if (!Salva(d, false, true))
+    if (!Salva(d, false, true)) {
+        // Back to what is saved: the old state when nothing was committed, the new one when
+        // only the suite's archives failed after the commit.
+        try {
+            Leggi(d, code);
+        } catch (...) {
+            d.editHeader().flg_stato = previous;
+        }
         return false;
+    }
     Leggi(d, code);
     return true;
 }
 
-void DistinteStore::AddRigheDaCanc(const QString &key)
+void DistinteStore::AddRigheDaCanc(Distinta &d, const QString &key)
 {
-    m_released.append(key);
+    d.righeDaCanc.append(key);
+}
+
+bool DistinteStore::AggiornaScadenze(const Testata &header, const QList<Riga> &rows,
+                                     const QString &source)
+{
+    WriteBackLock lock(databasePath());
+    if (!lock.acquire())
+        return false;
+    const DueItemUpdates updates(m_erp);
+    auto conn = open();
+    QSqlDatabase &db = conn->database();
+    if (!updates.completePending(db))
+        return false;
+    QList<WriteBackEntry> entries = updates.planMarks(db, header, rows);
+    if (entries.isEmpty())
+        return true;
+    conn->setDurableCommits(true);
+    Transaction transaction(db);
+    WriteBackJournal::record(db, WriteBackJournal::Operation::BankFile, header.cod_distinta, entries);
+    transaction.commit();
+    conn->setDurableCommits(false);
+    updates.carryOut(db, entries, true, source);
+    return true;
+}
+
+int DistinteStore::applyRepairs(QList<WriteBackEntry> entries)
+{
+    WriteBackLock lock(databasePath());
+    if (!lock.acquire())
+        return -1;
+    const DueItemUpdates updates(m_erp);
+    auto conn = open();
+    QSqlDatabase &db = conn->database();
+    if (!updates.completePending(db))
+        return -1;
+    if (entries.isEmpty())
+        return 0;
+    conn->setDurableCommits(true);
+    Transaction transaction(db);
+    WriteBackJournal::record(db, WriteBackJournal::Operation::Repair, QString(), entries);
+    transaction.commit();
+    conn->setDurableCommits(false);
+    return updates.carryOut(db, entries, false, QStringLiteral("Verifica"));
+}
+
+bool DistinteStore::completePendingWriteBacks()
+{
+    // A database not yet created has nothing pending.
+    if (!QFileInfo::exists(databasePath()))
+        return true;
+    WriteBackLock lock(databasePath());
+    if (!lock.acquire())
+        return false;
+    auto conn = open();
+    return DueItemUpdates(m_erp).completePending(conn->database());
+}
+
+int DistinteStore::pendingWriteBacks()
+{
+    auto conn = open();
+    return DueItemUpdates::pendingCount(conn->database());
 }
 
 bool DistinteStore::ControllaDatiBanca(const RecordSet<Riga> &rows) const

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "distinta.h"
+#include "writebackentry.h"
 
 #include "archives/erpsession.h"
 
@@ -68,19 +69,36 @@ public:
     std::optional<QString> Esiste(QString &code, int direction);
     bool ValidaDati(const Distinta &d);
     // Saves the distinta: asks first when told to, validates, regroups unless told not to,
-    // writes the three tables in one transaction, and then marks the suite's due items.
-    // False when the clerk declined, the validation failed or the save failed.
+    // writes the three tables in one transaction, and then marks the suite's due items (the
+    // changes journaled in that same transaction, see DueItemUpdates). False when the clerk
+    // declined, the validation failed or the save failed.
     bool Salva(Distinta &d, bool askFirst, bool noRegroup);
     // Writes only the grouped rows (their edited descriptions).
     bool SalvaDesc(Distinta &d);
-    // Deletes the distinta, freeing its due items in the suite first.
+    // Deletes the distinta and frees its due items in the suite: the releases are journaled
+    // and committed with the deletion, then carried out. False when nothing was deleted.
     bool Cancella(Distinta &d);
     // Moves a saved distinta to a new state ("D" after a final print, "F" once presented to
     // the bank): sets it, saves without asking and without regrouping, and reads it again.
-    // Nothing happens when the distinta is already in that state. False when the save failed.
+    // Nothing happens when the distinta is already in that state. When the save fails the
+    // distinta is read again as it is saved (its state with it); false then.
     bool AggiornaFlagStato(Distinta &d, const QString &state);
-    void AddRigheDaCanc(const QString &key);
-    const QStringList &righeDaCanc() const { return m_released; }
+    // Remembers a due item removed from the distinta, to be freed by its next save.
+    static void AddRigheDaCanc(Distinta &d, const QString &key);
+    // AggiornaScadenza for rows of a saved distinta (the bank file marks the due items it
+    // pays), through the journal. False after telling why when it could not be done; an
+    // archive failure is raised as the save's errors, with source as their source.
+    bool AggiornaScadenze(const Testata &header, const QList<Riga> &rows, const QString &source);
+    // Carries out journaled changes to the due items: the repairs of the reconciliation.
+    // The number of entries that could not be carried out; -1 (after telling why) when
+    // nothing was done.
+    int applyRepairs(QList<WriteBackEntry> entries);
+    // Completes what an interrupted operation left undone (at every start, and before every
+    // operation that writes to the due items). False, after telling the clerk, while some of
+    // it cannot be done.
+    bool completePendingWriteBacks();
+    // Changes journaled and not yet carried out.
+    int pendingWriteBacks();
     // False when a row lacks the bank data its payment type needs.
     bool ControllaDatiBanca(const RecordSet<Riga> &rows) const;
     void RaggruppaRighe(Distinta &d);
@@ -90,14 +108,11 @@ public:
 private:
     QString databasePath() const;
     std::unique_ptr<DatabaseConnection> open() const;
-    void writeBackOnSave(Distinta &d);
-    void releaseOnDelete(const QList<RecordSet<Riga>::Entry> &rows);
 
     archives::ErpSession *m_erp;
     QString m_conn;
     QString m_filespec;
     QString m_groupTemplate;
-    QStringList m_released; // keys of due items removed since the distinta was created or read
     std::function<void(HeaderField)> m_focus;
 };
 

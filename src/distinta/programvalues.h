@@ -5,14 +5,12 @@
 namespace pg::distinta {
 
 // Program-wide values that the selection of due items sets each time it is confirmed and
-// that a new distinta takes, plus the flag the main window raises while a distinta that has
-// just been generated from a selection is being edited.
+// that a new distinta takes.
 struct ProgramValues
 {
     QString tipoDistinta = QStringLiteral("F");   // "F" suppliers, "C" customers
     QString codValuta = QStringLiteral("  ");     // two blanks: no currency chosen, euro
     QString desValuta = QStringLiteral("EURO");
-    bool nuovaDistinta = false;
 };
 
 ProgramValues &programValues();

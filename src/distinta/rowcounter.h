@@ -1,22 +1,22 @@
 #pragma once
 
 #include <QHash>
+#include <QSqlDatabase>
 #include <QString>
 
 #include <optional>
 
 namespace pg::distinta {
 
-class DistinteStore;
-
 // How many rows of all the distinte hold each due item of one distinta, as the write-back
 // asks for items partly in a distinta. One query answers for the whole distinta, made the
-// first time a count is needed; the counts are those of the rows saved at that moment.
+// first time a count is needed, on the given connection: inside a save's transaction it
+// counts the rows just written.
 class RowCounter
 {
 public:
-    RowCounter(DistinteStore &store, QString code)
-        : m_store(store)
+    RowCounter(QSqlDatabase &db, QString code)
+        : m_db(db)
         , m_code(std::move(code))
     {
     }
@@ -24,7 +24,7 @@ public:
     int operator()(const QString &key);
 
 private:
-    DistinteStore &m_store;
+    QSqlDatabase &m_db;
     QString m_code;
     std::optional<QHash<QString, int>> m_counts;
 };

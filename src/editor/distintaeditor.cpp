@@ -9,7 +9,6 @@
 #include "core/vbdate.h"
 #include "core/vbformat.h"
 #include "distinta/distintestore.h"
-#include "distinta/programvalues.h"
 #include "startup/errortrap.h"
 
 namespace pg::editor {
@@ -194,7 +193,7 @@ bool DistintaEditor::btnGestione_ClickED(int index)
             if (!selection)
                 return;
             m_store->Nuovo(m_d);
-            distinta::programValues().nuovaDistinta = true;
+            m_d.nuova = true;
             m_view->PulisciMaschera();
             Testata &header = m_d.editHeader();
             header.cod_abi_banca = selection->banca.left(5);
@@ -218,7 +217,6 @@ bool DistintaEditor::btnGestione_ClickED(int index)
             if (!code)
                 return;
             m_store->Leggi(m_d, *code);
-            distinta::programValues().nuovaDistinta = false;
             bindLoaded();
             maskForLoaded();
             return;
@@ -240,7 +238,6 @@ bool DistintaEditor::btnGestione_ClickED(int index)
                 return;
             if (!m_store->Cancella(m_d))
                 return;
-            distinta::programValues().nuovaDistinta = false;
             clearToEmpty(QStringLiteral("YYNNYY"));
             return;
         }
@@ -251,7 +248,6 @@ bool DistintaEditor::btnGestione_ClickED(int index)
             // null and find nothing.
             QString code = hasDistinta() ? m_d.header().cod_distinta : QStringLiteral(" ");
             const std::optional<QString> found = m_store->Esiste(code, index == Successiva ? 1 : 2);
-            distinta::programValues().nuovaDistinta = false;
             if (!found) {
                 msgBox(QStringLiteral("Database vuoto"), Buttons::Ok, Icon::Information);
                 clearToEmpty(QStringLiteral("YYNNNN"));
@@ -427,7 +423,9 @@ void DistintaEditor::headerF4(int index)
             return;
         setHeaderText(AbiBanca, choice.mid(0, 5));
         setHeaderText(CabBanca, choice.mid(6, 5));
-        AggiornaBancaAzienda();
+        // The list holds every bank: one that is not the company's leaves the block empty.
+        if (!AggiornaBancaAzienda())
+            msgBox(QStringLiteral("Banca non trovata"), Buttons::Ok, Icon::Exclamation);
         markChanged();
         m_view->focusDateBox(DateBox::Valuta, false);
     });
@@ -444,9 +442,17 @@ void DistintaEditor::validateBankField(int index)
         if (text.isEmpty())
             return;
         setHeaderText(index, vb::format(text, u"00000"));
-        const bool found = AggiornaBancaAzienda();
-        if (index == CabBanca && !found)
+        const QString typed = headerText(index);
+        if (AggiornaBancaAzienda())
+            return;
+        if (index == CabBanca) {
             msgBox(QStringLiteral("Banca non trovata"), Buttons::Ok, Icon::Exclamation);
+            return;
+        }
+        // A bank typed before its agency: it stays, while the agency of the previous bank
+        // does not, so that the agency is asked for.
+        setHeaderText(AbiBanca, typed);
+        m_view->BindControls();
     });
 }
 
@@ -464,12 +470,21 @@ bool DistintaEditor::AggiornaBancaAzienda()
         archives::ErpRecord ba1(archives::TabelleAzienda, QStringLiteral("BA1"));
         ba1.setText(QStringLiteral("codice"), key);
         found = m_erp->readEq(ba1, 1);
-        if (found) {
-            edit.cod_codiceabi = ba1.trimmed(QStringLiteral("abi"));
-            edit.cod_codicecab = ba1.trimmed(QStringLiteral("cab"));
-            edit.des_conto_ordinante = ba1.trimmed(QStringLiteral("conto_ordinante"));
-            edit.des_ban_azi = ba1.trimmed(QStringLiteral("des_banca"));
+        if (!found) {
+            // Nothing of another bank may stay beside these codes: the whole block is emptied,
+            // the codes with it, so that the save asks for the bank again.
+            for (QString Testata::*field :
+                 {&Testata::cod_abi_banca, &Testata::cod_cab_banca, &Testata::cod_codiceabi,
+                  &Testata::cod_codicecab, &Testata::des_conto_ordinante, &Testata::des_ban_azi,
+                  &Testata::cod_sia_banca, &Testata::des_riferimenti})
+                if (!(h.*field).isEmpty())
+                    (m_d.editHeader().*field).clear();
+            return;
         }
+        edit.cod_codiceabi = ba1.trimmed(QStringLiteral("abi"));
+        edit.cod_codicecab = ba1.trimmed(QStringLiteral("cab"));
+        edit.des_conto_ordinante = ba1.trimmed(QStringLiteral("conto_ordinante"));
+        edit.des_ban_azi = ba1.trimmed(QStringLiteral("des_banca"));
 
         archives::ErpRecord ba2(archives::TabelleAzienda, QStringLiteral("BA2"));
         ba2.setText(QStringLiteral("codice"), key);
@@ -496,10 +511,10 @@ void DistintaEditor::AggiornaFlagStato()
     underTrap(location("AggiornaFlagStato"), [&] {
         if (!hasDistinta() || isDefinitiva())
             return;
-        if (!m_store->AggiornaFlagStato(m_d, QStringLiteral("D")))
-            return;
+        // Saved or not, the window shows the distinta as it is saved, with its mask.
+        m_store->AggiornaFlagStato(m_d, QStringLiteral("D"));
         bindLoaded();
-        SetBtnGestione(QStringLiteral("YYNNYY"));
+        maskForLoaded();
     });
 }
 
@@ -577,7 +592,7 @@ void DistintaEditor::cmdElRiga_Click()
             if (row < 0)
                 continue;
             // The due item is remembered so that the next save frees it in the suite.
-            m_store->AddRigheDaCanc(key);
+            distinta::DistinteStore::AddRigheDaCanc(m_d, key);
             m_d.righe.removeAt(row);
             removed = true;
         }

@@ -48,10 +48,17 @@ DueItemFilter::DueItemFilter(const SelectionValues &values) : m_layout(&DueItemL
     }
 }
 
+void DueItemFilter::requireKind(const QString &tipoDistinta)
+{
+    m_kind = tipoDistinta == u"C" ? 'C' : 'F';
+}
+
 bool DueItemFilter::passes(QByteArrayView record) const
 {
     const DueItemLayout &l = *m_layout;
     if (record.size() < l.length)
+        return false;
+    if (m_kind != 0 && flag(DueItemLayout::bytes(record, l.indClifor)) != m_kind)
         return false;
     const char tipo = flag(DueItemLayout::bytes(record, l.tipoPag));
 

@@ -11,6 +11,9 @@ namespace pg::editor {
 // the criteria become bytes and cents, and each record is judged on its own bytes.
 //
 // An item passes when all of these hold, checked in this order:
+// 0. Its kind, once the distinta it is for is known (requireKind): a customers' distinta
+//    ("C") takes only customers' items, a suppliers' distinta only suppliers' ("F"). Money
+//    is never sent to a customer, nor asked of a supplier.
 // 1. Its place in the distinte. An item in no distinta (distinta mark "0" and distinta state
 //    "0"; blanks, which the suite leaves on items never placed, count as "0") goes on. An item
 //    already in a distinta (mark "B", or a state other than "0") goes on only when its payment
@@ -35,10 +38,14 @@ class DueItemFilter
 public:
     explicit DueItemFilter(const SelectionValues &values);
 
+    // The distinta's type (flg_tipo): "C" customers, anything else suppliers.
+    void requireKind(const QString &tipoDistinta);
+
     bool passes(QByteArrayView record) const;
 
 private:
     const DueItemLayout *m_layout;
+    char m_kind = 0; // 'C' or 'F'; 0: not known yet, every kind
     char m_tipo = 0; // 0: every type
     QByteArray m_dataDa, m_dataA;
     QByteArray m_codDa, m_codA;

@@ -38,6 +38,8 @@ DueItemLoader::Result DueItemLoader::cmdGenera_Click(distinta::Distinta &d)
 {
     Result result;
     underTrap(QStringLiteral("frmMain!Sub cmdGenera_Click()"), [&] {
+        // The items are of the distinta's kind, whatever the selection last chose.
+        m_filter.requireKind(d.hasHeader() ? d.header().flg_tipo : m_values.tipoDistinta);
         const DueItemLayout &layout = DueItemLayout::instance();
         archives::ErpRecord record(archives::Scadenze);
         bool ok = m_erp->readFirst(record, 1, QByteArray());

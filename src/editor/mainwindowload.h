@@ -50,7 +50,8 @@ public:
     MainWindowLoad &operator=(const MainWindowLoad &) = delete;
 
     // The load step with the window's handle (any positive number that names the window).
-    // Ends the process when the archives are of another release.
+    // Ends the process when the archives are of another release. Last, it completes the
+    // changes to the due items that an interrupted operation left undone.
     Outcome Load(qint32 handle);
     // The unload step: releases the distinta component, closes every archive in the closing
     // order and releases the libraries.

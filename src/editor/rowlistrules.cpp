@@ -7,7 +7,6 @@
 #include "core/paymenttype.h"
 #include "core/prompter.h"
 #include "core/vbformat.h"
-#include "distinta/programvalues.h"
 #include "startup/errortrap.h"
 
 namespace pg::editor {
@@ -83,7 +82,7 @@ bool RowListRules::itemClick(const QString &key, const QString &field, QString *
                Buttons::Ok, Icon::Exclamation);
         return false;
     }
-    if (state == u'4' || (state == u'3' && distinta::programValues().nuovaDistinta)) {
+    if (state == u'4' || (state == u'3' && m_d->nuova)) {
         msgBox(QStringLiteral("La scadenza è già stata inserita in un'altra distinta, per cui non "
                               "è possibile modificare ulteriormente l'importo residuo.") +
                    QStringLiteral("\r\n") +

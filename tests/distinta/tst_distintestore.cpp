@@ -3,6 +3,7 @@
 #include "testinstallation.h"
 
 #include "archives/archivenumbers.h"
+#include "checks/markreconciliation.h"
 #include "core/apperror.h"
 #include "core/vbdate.h"
 #include "distinta/distintestore.h"
@@ -67,8 +68,10 @@ private slots:
     void declinedSaveKeepsEverything();
     void stateOfDueItemsFollowsTheDistinte();
     void removedRowsAreReleased();
-    void erpFailuresDuringSave();
-    void deleteWithErpFailureKeepsTheDistinta();
+    void vanishedDueItemStopsTheSave();
+    void failuresAtEveryPositionEndInAgreement_data();
+    void failuresAtEveryPositionEndInAgreement();
+    void releasedAndAddedAgainIsOneChange();
     void lockedDatabase();
     void stateChangeAndSingleRowMarking();
 
@@ -82,6 +85,8 @@ private:
     archives::ErpRecord dueItem(const QString &link);
     QString stateOf(const QString &link) { return dueItem(link).text(QStringLiteral("stato_dist")); }
     int count(const QString &sql);
+    // What the reconciliation finds between the suite and the saved distinte.
+    QStringList disagreements();
 };
 
 void TestDistinteStore::init()
@@ -140,6 +145,17 @@ int TestDistinteStore::count(const QString &sql)
     DatabaseConnection conn(m_inst->databasePath());
     QSqlQuery q(sql, conn.database());
     return q.next() ? q.value(0).toInt() : -1;
+}
+
+QStringList TestDistinteStore::disagreements()
+{
+    checks::MarkReconciliation reconciliation(*m_store, m_inst->erp());
+    if (!reconciliation.run())
+        return {QStringLiteral("the walk did not end")};
+    QStringList lines;
+    for (const checks::MarkDisagreement &d : reconciliation.disagreements())
+        lines << d.text();
+    return lines;
 }
 
 void TestDistinteStore::numbersAndNavigation()
@@ -371,66 +387,134 @@ void TestDistinteStore::removedRowsAreReleased()
     QCOMPARE(m_faulty->equalReads(), 2);
 
     const int i = d.righe.indexOfKey(QStringLiteral("F") + link(3));
-    m_store->AddRigheDaCanc(d.righe.at(i).key());
+    DistinteStore::AddRigheDaCanc(d, d.righe.at(i).key());
     // An item already free is left alone.
-    m_store->AddRigheDaCanc(QStringLiteral("F") + link(4));
+    DistinteStore::AddRigheDaCanc(d, QStringLiteral("F") + link(4));
     d.righe.removeAt(i);
     m_faulty->reset();
     QVERIFY(m_store->Salva(d, false, false));
     QCOMPARE(stateOf(link(3)), QStringLiteral("0"));
-    QCOMPARE(m_faulty->rewrites(), 2); // the released item and the remaining row
-    QVERIFY(m_store->righeDaCanc().isEmpty());
+    QCOMPARE(m_faulty->rewrites(), 1); // the released item: the remaining row already agrees
+    QVERIFY(d.righeDaCanc.isEmpty());
     QCOMPARE(count(QStringLiteral("SELECT COUNT(*) FROM TB_RIGHE")), 1);
     QCOMPARE(count(QStringLiteral("SELECT COUNT(*) FROM TB_RIGHE_RAGG")), 1);
 }
 
-void TestDistinteStore::erpFailuresDuringSave()
+void TestDistinteStore::vanishedDueItemStopsTheSave()
 {
     test::ScriptedPrompter prompter;
-    // A due item that vanished from the suite: the distinta is saved, the message shown.
+    // A due item the suite no longer has cannot be marked: nothing is saved or marked, and
+    // the clerk is told which one it is.
     m_faulty->failReadsOf("F" + link(2).toLatin1());
     Distinta d = newDistinta({rowFor(link(1), QStringLiteral("6"), 100, 100),
                               rowFor(link(2), QStringLiteral("6"), 200, 200),
                               rowFor(link(3), QStringLiteral("6"), 300, 300)});
     QVERIFY(!m_store->Salva(d, false, false));
-    QCOMPARE(prompter.texts(), QStringList{QStringLiteral("Errore in ricerca archivi [orvida]")});
+    QCOMPARE(prompter.texts(),
+             QStringList{QStringLiteral("Errore in ricerca archivi [orvida]\r\nLa scadenza non è "
+                                        "più nell'archivio: documento 000002 del 15/10/2026, "
+                                        "rata , conto 200001.")});
     QCOMPARE(prompter.shown().first().icon, Icon::None);
-    QCOMPARE(count(QStringLiteral("SELECT COUNT(*) FROM TB_RIGHE")), 3);
-    QVERIFY(!d.hasChanges());
-    QCOMPARE(stateOf(link(1)), QStringLiteral("5"));
-    QCOMPARE(stateOf(link(3)), QStringLiteral("0"));
+    QCOMPARE(count(QStringLiteral("SELECT COUNT(*) FROM TB_TESTATA")), 0);
+    QCOMPARE(count(QStringLiteral("SELECT COUNT(*) FROM TB_GIORNALE")), 0);
+    QVERIFY(d.hasChanges());
+    QCOMPARE(m_faulty->rewrites(), 0);
     QCOMPARE(ErrorTrap::instance().ErrorCount(), qint16(0));
 
-    // A rewrite failing half-way: rows before it are marked, the rest are not.
+    // The clerk removes the row: the save goes through, the vanished item is left alone.
+    DistinteStore::AddRigheDaCanc(d, d.righe.at(1).key());
+    d.righe.removeAt(1);
+    QVERIFY(m_store->Salva(d, false, false));
+    QCOMPARE(stateOf(link(1)), QStringLiteral("5"));
+    QCOMPARE(stateOf(link(3)), QStringLiteral("5"));
     m_faulty->reset();
-    prompter.clear();
-    Distinta e = newDistinta({rowFor(link(4), QStringLiteral("6"), 400, 400),
-                              rowFor(link(5), QStringLiteral("6"), 500, 500),
-                              rowFor(link(6), QStringLiteral("6"), 600, 600)});
-    m_faulty->failRewritesFrom(2);
-    QVERIFY(!m_store->Salva(e, false, false));
-    QCOMPARE(prompter.texts(), QStringList{QStringLiteral("Errore in aggiornamento archivi [orvida]")});
-    QCOMPARE(stateOf(link(4)), QStringLiteral("5"));
-    QCOMPARE(stateOf(link(5)), QStringLiteral("0"));
-    QCOMPARE(stateOf(link(6)), QStringLiteral("0"));
-    QCOMPARE(count(QStringLiteral("SELECT COUNT(*) FROM TB_TESTATA")), 2);
+    QCOMPARE(disagreements(), QStringList());
+
+    // Deleting a distinta whose item has vanished frees the others.
+    m_faulty->failReadsOf("F" + link(3).toLatin1());
+    QVERIFY(m_store->Cancella(d));
+    QCOMPARE(stateOf(link(1)), QStringLiteral("0"));
+    QCOMPARE(count(QStringLiteral("SELECT COUNT(*) FROM TB_RIGHE")), 0);
 }
 
-void TestDistinteStore::deleteWithErpFailureKeepsTheDistinta()
+void TestDistinteStore::failuresAtEveryPositionEndInAgreement_data()
+{
+    QTest::addColumn<QString>("operation");
+    QTest::addColumn<bool>("reads");
+    QTest::addColumn<int>("position");
+    // The second save of the distinta reads seven items (item 3 it released, six rows) and
+    // changes four (item 3 freed, 4, 5 and 6 marked); its delete reads four and frees four.
+    for (int p = 1; p <= 4; ++p)
+        QTest::addRow("save, rewrite %d", p) << QStringLiteral("save") << false << p;
+    for (int p = 1; p <= 11; ++p)
+        QTest::addRow("save, read %d", p) << QStringLiteral("save") << true << p;
+    for (int p = 1; p <= 4; ++p)
+        QTest::addRow("delete, rewrite %d", p) << QStringLiteral("delete") << false << p;
+    for (int p = 1; p <= 8; ++p)
+        QTest::addRow("delete, read %d", p) << QStringLiteral("delete") << true << p;
+}
+
+void TestDistinteStore::failuresAtEveryPositionEndInAgreement()
+{
+    QFETCH(QString, operation);
+    QFETCH(bool, reads);
+    QFETCH(int, position);
+    test::ScriptedPrompter prompter;
+    // Item 2 is split over two distinte ("4"): releasing it twice would free it.
+    Distinta other = newDistinta({rowFor(link(2), QStringLiteral("6"), 200, 50)});
+    QVERIFY(m_store->Salva(other, false, false));
+    Distinta d = newDistinta({rowFor(link(1), QStringLiteral("6"), 100, 100),
+                              rowFor(link(2), QStringLiteral("6"), 200, 150),
+                              rowFor(link(3), QStringLiteral("6"), 300, 300),
+                              rowFor(link(7), QStringLiteral("9"), 70, 70, QStringLiteral("200002"))});
+    QVERIFY(m_store->Salva(d, false, false));
+    QCOMPARE(stateOf(link(2)), QStringLiteral("4"));
+    if (operation == u"save") {
+        DistinteStore::AddRigheDaCanc(d, d.righe.at(d.righe.indexOfKey(QStringLiteral("F") + link(3))).key());
+        d.righe.removeAt(d.righe.indexOfKey(QStringLiteral("F") + link(3)));
+        for (int n : {4, 5, 6}) {
+            Riga r = rowFor(link(n), QStringLiteral("6"), 100.0 * n, 100.0 * n);
+            r.cod_distinta = d.header().cod_distinta;
+            d.righe.append(r);
+        }
+    }
+
+    reads ? m_faulty->failEqualReadsFrom(position) : m_faulty->failRewritesFrom(position);
+    const bool done = operation == u"save" ? m_store->Salva(d, false, false) : m_store->Cancella(d);
+    m_faulty->reset();
+    // The next start completes whatever was left; an operation that did not happen can be
+    // done again.
+    QVERIFY(m_store->completePendingWriteBacks());
+    QCOMPARE(count(QStringLiteral("SELECT COUNT(*) FROM TB_GIORNALE")), 0);
+    QCOMPARE(disagreements(), QStringList());
+    if (!done && operation == u"save")
+        QVERIFY(m_store->Salva(d, false, false));
+    if (!done && operation == u"delete")
+        QVERIFY(m_store->Cancella(d));
+    QCOMPARE(disagreements(), QStringList());
+    // Split over two distinte, item 2 is never freed while the other one holds it.
+    QCOMPARE(stateOf(link(2)), operation == u"save" ? QStringLiteral("4") : QStringLiteral("3"));
+    QCOMPARE(stateOf(link(3)), QStringLiteral("0"));
+    QCOMPARE(ErrorTrap::instance().ErrorCount(), qint16(0));
+}
+
+void TestDistinteStore::releasedAndAddedAgainIsOneChange()
 {
     test::ScriptedPrompter prompter;
-    Distinta d = newDistinta({rowFor(link(1), QStringLiteral("6"), 100, 100),
-                              rowFor(link(2), QStringLiteral("6"), 200, 200)});
+    Distinta d = newDistinta({rowFor(link(1), QStringLiteral("6"), 100, 60)});
     QVERIFY(m_store->Salva(d, false, false));
-    m_faulty->failRewritesFrom(2);
-    QVERIFY(!m_store->Cancella(d));
-    // Nothing is shown; the distinta stays, the item freed before the failure stays free.
+    QCOMPARE(stateOf(link(1)), QStringLiteral("3"));
+    // Removed and taken again for its whole amount before the save: freed, then marked whole.
+    DistinteStore::AddRigheDaCanc(d, d.righe.at(0).key());
+    d.righe.removeAt(0);
+    Riga whole = rowFor(link(1), QStringLiteral("6"), 100, 100);
+    whole.cod_distinta = d.header().cod_distinta;
+    d.righe.append(whole);
+    m_faulty->reset();
+    QVERIFY(m_store->Salva(d, false, false));
+    QCOMPARE(stateOf(link(1)), QStringLiteral("5"));
+    QCOMPARE(m_faulty->rewrites(), 1);
     QVERIFY(prompter.shown().isEmpty());
-    QCOMPARE(count(QStringLiteral("SELECT COUNT(*) FROM TB_TESTATA")), 1);
-    QCOMPARE(count(QStringLiteral("SELECT COUNT(*) FROM TB_RIGHE")), 2);
-    QCOMPARE(d.righe.size(), 2);
-    QCOMPARE(stateOf(link(1)), QStringLiteral("0"));
-    QCOMPARE(stateOf(link(2)), QStringLiteral("5"));
 }
 
 void TestDistinteStore::lockedDatabase()

@@ -1,5 +1,6 @@
 #include "memoryrecordmanager.h"
 #include "scriptedprompter.h"
+#include "testinstallation.h"
 
 #include "archives/archivenumbers.h"
 #include "archives/erprecord.h"
@@ -9,6 +10,8 @@
 #include "distinta/distintestore.h"
 #include "distinta/tablesql.h"
 #include "editor/distintaeditor.h"
+#include "editor/duitemloader.h"
+#include "editor/rowlistrules.h"
 #include "localdb/databaseconnection.h"
 #include "localdb/localdatabase.h"
 #include "localdb/shippedschema.h"
@@ -16,6 +19,7 @@
 #include "startup/errortrap.h"
 
 #include <QDir>
+#include <QSqlQuery>
 #include <QTemporaryDir>
 #include <QTest>
 
@@ -35,6 +39,7 @@ public:
     QString dates[2] = {QStringLiteral("__/__/____"), QStringLiteral("__/__/____")};
     std::optional<SelectionResult> selection;
     std::optional<QString> chosen;
+    std::function<void(distinta::Distinta &)> adder;
     QStringList selectedKeys;
     int selectionShown = 0;
     int rowLoads = 0;
@@ -69,7 +74,11 @@ public:
         ++selectionShown;
         return selection;
     }
-    void addSelectedDueItems(distinta::Distinta &) override {}
+    void addSelectedDueItems(distinta::Distinta &d) override
+    {
+        if (adder)
+            adder(d);
+    }
     std::optional<QString> chooseDistinta() override { return chosen; }
     QString lookupBanksAndAgencies() override { return {}; }
     void showDueItemDetail(const archives::ErpRecord &) override {}
@@ -94,12 +103,22 @@ private slots:
     void closing();
     void newDistintaFromSelection();
     void companyBankBlock();
+    void removedItemStaysWithItsDistinta();
+    void savedDistintaIsNoLongerNew();
+    void failedFinalSaveKeepsWhatIsSaved();
 
 private:
     void addHeader(int number, const QString &state);
     // Saves a distinta header and opens it from the list.
     void openDistinta(int number, const QString &state);
     QString database() const { return m_dir.path() + QStringLiteral("/Pagame.db"); }
+    // The company's bank 03069 01600, with its three records.
+    void putCompanyBank();
+    // A free bonifico of the account in the suite.
+    void putDueItem(int n, const QString &account, double amount = 100);
+    // "Nuova distinta" confirmed on the due items of one account.
+    void newDistintaOf(const QString &account);
+    archives::ErpRecord dueItem(int n);
 
     QTemporaryDir m_dir;
     std::unique_ptr<MemoryRecordManager> m_rm;
@@ -167,6 +186,62 @@ void TestDistintaEditor::openDistinta(int number, const QString &state)
     addHeader(number, state);
     m_view.chosen = formatDistintaCode(number);
     QVERIFY(m_editor->btnGestione_ClickED(E::Apri));
+}
+
+namespace {
+
+QString link(int n)
+{
+    return QStringLiteral("2024%1").arg(n, 9, 10, QLatin1Char('0'));
+}
+
+} // namespace
+
+void TestDistintaEditor::putCompanyBank()
+{
+    auto put = [&](const char *type, const QList<std::pair<const char *, const char *>> &fields) {
+        archives::ErpRecord r(archives::TabelleAzienda, QString::fromLatin1(type));
+        r.setText(QStringLiteral("codice"), QStringLiteral("0306901600"));
+        for (const auto &[field, value] : fields)
+            r.setText(QString::fromLatin1(field), QString::fromUtf8(value));
+        m_rm->put(archives::TabelleAzienda, r.buffer());
+    };
+    put("BA1", {{"abi", "03069"},
+                {"cab", "01600"},
+                {"conto_ordinante", "000012345678"},
+                {"des_banca", "Banca Intesa Forlì"}});
+    put("BA2", {{"sia", "A1B2C"}});
+    put("BA3", {{"riferimenti", "Fornitori marzo"}});
+}
+
+void TestDistintaEditor::putDueItem(int n, const QString &account, double amount)
+{
+    m_rm->put(archives::Scadenze,
+              test::TestInstallation::dueItem(QStringLiteral("F"), link(n), QStringLiteral("6"),
+                                              account, amount)
+                  .buffer());
+}
+
+void TestDistintaEditor::newDistintaOf(const QString &account)
+{
+    m_view.selection = SelectionResult{QStringLiteral("03069"), QStringLiteral("01600"),
+                                       QStringLiteral("10/03/2024"), QStringLiteral("10/03/2024")};
+    m_view.adder = [this, account](distinta::Distinta &d) {
+        SelectionValues values;
+        values.codAnagraInizio = values.codAnagraFine = account;
+        DueItemLoader(*m_erp, values, QStringLiteral("Vs.Fatt. NNNNNN"), DueItemCausali())
+            .cmdGenera_Click(d);
+    };
+    QVERIFY(m_editor->btnGestione_ClickED(E::Nuova));
+}
+
+archives::ErpRecord TestDistintaEditor::dueItem(int n)
+{
+    archives::ErpRecord r(archives::Scadenze);
+    r.setText(QStringLiteral("flag_colpar"), QStringLiteral("F"));
+    r.setText(QStringLiteral("link"), link(n));
+    m_erp->readEq(r, 2);
+    return r;
 }
 
 void TestDistintaEditor::navigationAndMasks()
@@ -372,6 +447,7 @@ void TestDistintaEditor::closing()
 void TestDistintaEditor::newDistintaFromSelection()
 {
     addHeader(4, QStringLiteral("P"));
+    putCompanyBank();
     test::ScriptedPrompter prompter;
     // Closed without confirming: nothing changes.
     QVERIFY(m_editor->btnGestione_ClickED(E::Nuova));
@@ -386,8 +462,9 @@ void TestDistintaEditor::newDistintaFromSelection()
     QCOMPARE(h.cod_abi_banca, QStringLiteral("03069"));
     QCOMPARE(h.cod_cab_banca, QStringLiteral("01600"));
     QCOMPARE(h.dat_data_creazione, QDate(2024, 3, 10));
-    QCOMPARE(h.dat_data_valuta, QDate(2024, 3, 15));     // not typed: today's stays
-    QCOMPARE(h.cod_sia_banca, QStringLiteral("000000")); // no bank records
+    QCOMPARE(h.dat_data_valuta, QDate(2024, 3, 15)); // not typed: today's stays
+    QCOMPARE(h.cod_sia_banca, QStringLiteral("A1B2C"));
+    QVERIFY(m_editor->distinta().nuova);
     QCOMPARE(m_view.maskShown(), QStringLiteral("YYYNYY"));
     QVERIFY(m_view.aggiungi);
     QVERIFY(!m_editor->existsInDatabase());
@@ -400,21 +477,7 @@ void TestDistintaEditor::newDistintaFromSelection()
 
 void TestDistintaEditor::companyBankBlock()
 {
-    // The three records of the company's bank 03069 01600 in the company tables.
-    auto put = [&](const char *type, const QList<std::pair<const char *, const char *>> &fields) {
-        archives::ErpRecord r(archives::TabelleAzienda, QString::fromLatin1(type));
-        r.setText(QStringLiteral("codice"), QStringLiteral("0306901600"));
-        for (const auto &[field, value] : fields)
-            r.setText(QString::fromLatin1(field), QString::fromUtf8(value));
-        m_rm->put(archives::TabelleAzienda, r.buffer());
-    };
-    put("BA1", {{"abi", "03069"},
-                {"cab", "01600"},
-                {"conto_ordinante", "000012345678"},
-                {"des_banca", "Banca Intesa Forlì"}});
-    put("BA2", {{"sia", "A1B2C"}});
-    put("BA3", {{"riferimenti", "Fornitori marzo"}});
-
+    putCompanyBank();
     openDistinta(1, QStringLiteral("P"));
     test::ScriptedPrompter prompter;
 
@@ -422,22 +485,125 @@ void TestDistintaEditor::companyBankBlock()
     m_editor->setHeaderText(E::CabBanca, QStringLiteral("1600"));
     m_editor->validateBankField(E::CabBanca);
     QVERIFY(prompter.shown().isEmpty());
-    QCOMPARE(m_editor->headerText(E::CabBanca), QStringLiteral("01600"));
-    QCOMPARE(m_editor->headerText(E::DesBanAzi), QStringLiteral("Banca Intesa Forlì"));
-    QCOMPARE(m_editor->headerText(E::CodSia), QStringLiteral("A1B2C"));
-    QCOMPARE(m_editor->headerText(E::Riferimenti), QStringLiteral("Fornitori marzo"));
-    QCOMPARE(m_editor->headerText(E::ContoOrdinante), QStringLiteral("000012345678"));
-    QCOMPARE(m_editor->headerText(E::CodiceAbi), QStringLiteral("03069"));
+    const QList<std::pair<int, QString>> block{{E::AbiBanca, QStringLiteral("03069")},
+                                               {E::CabBanca, QStringLiteral("01600")},
+                                               {E::DesBanAzi, QStringLiteral("Banca Intesa Forlì")},
+                                               {E::CodSia, QStringLiteral("A1B2C")},
+                                               {E::Riferimenti, QStringLiteral("Fornitori marzo")},
+                                               {E::ContoOrdinante, QStringLiteral("000012345678")},
+                                               {E::CodiceAbi, QStringLiteral("03069")},
+                                               {E::CodiceCab, QStringLiteral("01600")}};
+    for (const auto &[field, text] : block)
+        QCOMPARE(m_editor->headerText(field), text);
 
-    // An unknown agency.
+    // An unknown agency: nothing of the previous bank stays, and the save asks for the bank.
     m_editor->setHeaderText(E::CabBanca, QStringLiteral("99999"));
     m_editor->validateBankField(E::CabBanca);
     QCOMPARE(prompter.texts(), QStringList{QStringLiteral("Banca non trovata")});
-    QCOMPARE(m_editor->headerText(E::CodSia), QStringLiteral("000000"));
-    // The bank field reports nothing of its own.
+    for (const auto &[field, text] : block)
+        QCOMPARE(m_editor->headerText(field), QString());
+    prompter.clear();
+    QVERIFY(!m_store->ValidaDati(m_editor->distinta()));
+    QCOMPARE(prompter.texts(), QStringList{QStringLiteral("Inserire la banca di presentazione!")});
+
+    // A bank typed before its agency stays; the agency is asked for, without a message now.
+    m_editor->setHeaderText(E::CabBanca, QStringLiteral("01600"));
+    m_editor->validateBankField(E::CabBanca);
+    m_editor->setHeaderText(E::AbiBanca, QStringLiteral("5034"));
     prompter.clear();
     m_editor->validateBankField(E::AbiBanca);
     QVERIFY(prompter.shown().isEmpty());
+    QCOMPARE(m_editor->headerText(E::AbiBanca), QStringLiteral("05034"));
+    QCOMPARE(m_editor->headerText(E::CabBanca), QString());
+    QCOMPARE(m_editor->headerText(E::DesBanAzi), QString());
+    QVERIFY(!m_store->ValidaDati(m_editor->distinta()));
+    QCOMPARE(prompter.texts(),
+             QStringList{QStringLiteral("Inserire la agenzia di presentazione!")});
+}
+
+void TestDistintaEditor::removedItemStaysWithItsDistinta()
+{
+    putCompanyBank();
+    putDueItem(1, QStringLiteral("200001"));
+    putDueItem(2, QStringLiteral("200001"));
+    putDueItem(3, QStringLiteral("200002"));
+    test::ScriptedPrompter prompter;
+    newDistintaOf(QStringLiteral("200001"));
+    prompter.script({Answer::Yes});
+    QVERIFY(m_editor->btnGestione_ClickED(E::Salva));
+    QCOMPARE(dueItem(1).text(QStringLiteral("stato_dist")), QStringLiteral("5"));
+
+    // A row removed from the saved distinta, the change dropped for a new distinta, which is
+    // saved: the distinta that still pays the item keeps it marked.
+    m_view.selectedKeys = {QStringLiteral("F") + link(1)};
+    m_editor->cmdElRiga_Click();
+    prompter.script({Answer::No});
+    newDistintaOf(QStringLiteral("200002"));
+    prompter.script({Answer::Yes});
+    QVERIFY(m_editor->btnGestione_ClickED(E::Salva));
+    for (int n : {1, 2, 3}) {
+        QCOMPARE(dueItem(n).text(QStringLiteral("stato_dist")), QStringLiteral("5"));
+        QCOMPARE(dueItem(n).text(QStringLiteral("mark_dist")), QStringLiteral("B"));
+    }
+    QCOMPARE(prompter.texts(), QStringList(3, E::SavePrompt));
+}
+
+void TestDistintaEditor::savedDistintaIsNoLongerNew()
+{
+    putCompanyBank();
+    putDueItem(1, QStringLiteral("200001"));
+    putDueItem(2, QStringLiteral("200001"));
+    test::ScriptedPrompter prompter;
+    newDistintaOf(QStringLiteral("200001"));
+    const QString partial = QStringLiteral("F") + link(1);
+    RowListRules rules(m_erp.get());
+    rules.setDistinta(&m_editor->distinta());
+    QVERIFY(rules.ItemClick(partial, RowListRules::ResiduoField));
+    QVERIFY(rules.changeComplete(partial, RowListRules::ResiduoField, QStringLiteral("60")));
+    prompter.script({Answer::Yes});
+    QVERIFY(m_editor->btnGestione_ClickED(E::Salva));
+    QCOMPARE(dueItem(1).text(QStringLiteral("stato_dist")), QStringLiteral("3"));
+    QVERIFY(!m_editor->distinta().nuova);
+
+    // Saved, the distinta's own partial row is not "in another distinta".
+    QVERIFY(rules.ItemClick(partial, RowListRules::ResiduoField));
+    QCOMPARE(prompter.texts(), QStringList{E::SavePrompt});
+
+    // Removed and saved, the partial row's due item is free again.
+    m_view.selectedKeys = {partial};
+    m_editor->cmdElRiga_Click();
+    prompter.script({Answer::Yes});
+    QVERIFY(m_editor->btnGestione_ClickED(E::Salva));
+    QCOMPARE(dueItem(1).text(QStringLiteral("stato_dist")), QStringLiteral("0"));
+    QCOMPARE(dueItem(1).text(QStringLiteral("mark_dist")), QStringLiteral("0"));
+    QCOMPARE(dueItem(2).text(QStringLiteral("stato_dist")), QStringLiteral("5"));
+}
+
+void TestDistintaEditor::failedFinalSaveKeepsWhatIsSaved()
+{
+    putCompanyBank();
+    putDueItem(1, QStringLiteral("200001"));
+    test::ScriptedPrompter prompter;
+    newDistintaOf(QStringLiteral("200001"));
+    prompter.script({Answer::Yes});
+    QVERIFY(m_editor->btnGestione_ClickED(E::Salva));
+    QCOMPARE(m_view.maskShown(), QStringLiteral("YYNYYY"));
+
+    // Another program holds the database: the final print's save fails.
+    DatabaseConnection other(database());
+    QSqlQuery hold(other.database());
+    QVERIFY(hold.exec(QStringLiteral("BEGIN IMMEDIATE")));
+    prompter.clear();
+    m_editor->AggiornaFlagStato();
+    QVERIFY(prompter.lastText().contains(QStringLiteral(" in frmMain!Sub Salva()")));
+    QCOMPARE(m_editor->state(), QStringLiteral("P"));
+    QCOMPARE(m_editor->txtdesStato(), QStringLiteral("Prova"));
+    QCOMPARE(m_view.maskShown(), QStringLiteral("YYNYYY"));
+    QVERIFY(hold.exec(QStringLiteral("ROLLBACK")));
+
+    m_editor->AggiornaFlagStato();
+    QCOMPARE(m_editor->state(), QStringLiteral("D"));
+    QCOMPARE(m_view.maskShown(), QStringLiteral("YYNNYY"));
 }
 
 QTEST_GUILESS_MAIN(TestDistintaEditor)

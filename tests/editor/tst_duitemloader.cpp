@@ -103,6 +103,7 @@ private slots:
     void filter_data();
     void filter();
     void walkAddsEachItemOnce();
+    void distintaTakesItsOwnKind();
     void causaliDecideWhatIsTaken();
     void rowColumnsFromTheDueItem();
     void description_data();
@@ -204,6 +205,31 @@ void TestDueItemLoader::walkAddsEachItemOnce()
     DueItemLoader wider(inst.erp(), selection({}), DefaultDesPag, DueItemCausali());
     QCOMPARE(wider.cmdGenera_Click(d).added, 1);
     QCOMPARE(d.righe.size(), 3);
+    QVERIFY(prompter.shown().isEmpty());
+}
+
+void TestDueItemLoader::distintaTakesItsOwnKind()
+{
+    test::ScriptedPrompter prompter;
+    TestInstallation inst;
+    QVERIFY(inst.isValid());
+    // A supplier's and a customer's bonifico, due the same day, both free.
+    QVERIFY(inst.put({item(link(1)), item(link(2), QStringLiteral("ind_clifor=C"))}));
+    auto taken = [&](const QString &tipo, const QString &chosen) {
+        distinta::Distinta d = newDistinta();
+        d.editHeader().flg_tipo = tipo;
+        SelectionValues values = selection({});
+        values.tipoDistinta = chosen;
+        DueItemLoader(inst.erp(), values, DefaultDesPag, DueItemCausali()).cmdGenera_Click(d);
+        QStringList links;
+        for (int i = 0; i < d.righe.size(); ++i)
+            links << d.righe.at(i).des_link_orvida;
+        return links;
+    };
+    QCOMPARE(taken(QStringLiteral("F"), QStringLiteral("F")), QStringList{link(1)});
+    QCOMPARE(taken(QStringLiteral("C"), QStringLiteral("C")), QStringList{link(2)});
+    // Rows added to a distinta are of its kind, whatever the selection chose last.
+    QCOMPARE(taken(QStringLiteral("F"), QStringLiteral("C")), QStringList{link(1)});
     QVERIFY(prompter.shown().isEmpty());
 }
 

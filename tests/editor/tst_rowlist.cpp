@@ -525,11 +525,11 @@ void TestRowList::clickRules()
     QFETCH(QString, message);
     QFETCH(QString, status);
 
-    distinta::programValues().nuovaDistinta = newDistinta;
     test::ScriptedPrompter prompter;
     const int n = suiteState.isEmpty() ? 199 : 100 + suiteState.toInt();
     distinta::Distinta d =
         distintaOf({row(n, QStringLiteral("cod_tipo_pag=") + type)}, distintaState);
+    d.nuova = newDistinta;
     RowListRules rules(&m_inst->erp());
     rules.setDistinta(&d);
     QString hint;
@@ -612,7 +612,7 @@ void TestRowList::removingSelectedRowsAndTotals()
     // Nothing selected: nothing removed.
     editor.cmdElRiga_Click();
     QCOMPARE(d.righe.size(), 4);
-    QVERIFY(store.righeDaCanc().isEmpty());
+    QVERIFY(d.righeDaCanc.isEmpty());
 
     list.sortByColumn(list.rowModel()->columnOfField(QStringLiteral("des_num_doc")),
                       Qt::DescendingOrder);
@@ -622,7 +622,7 @@ void TestRowList::removingSelectedRowsAndTotals()
                                   QItemSelectionModel::Select | QItemSelectionModel::Rows);
     editor.cmdElRiga_Click();
     QCOMPARE(d.righe.size(), 2);
-    QCOMPARE(store.righeDaCanc(),
+    QCOMPARE(d.righeDaCanc,
              (QStringList{QStringLiteral("P") + link(4), QStringLiteral("P") + link(2)}));
     QCOMPARE(list.listRowCount(), 2);
     QCOMPARE(d.header().val_importo_totale, 40.4);

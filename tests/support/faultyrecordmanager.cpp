@@ -7,6 +7,7 @@ namespace pg::test {
 void FaultyRecordManager::reset()
 {
     m_rewritesBeforeFailure = -1;
+    m_readsBeforeFailure = -1;
     m_missingKey.clear();
     m_equalReads = 0;
     m_rewrites = 0;
@@ -28,6 +29,12 @@ qint16 FaultyRecordManager::LetturaEqRec32(qint32 handle, qint32 archive, qint32
 {
     ++m_equalReads;
     m_forcedError = 0;
+    if (m_readsBeforeFailure == 0) {
+        m_forcedError = archives::IoError;
+        return -1;
+    }
+    if (m_readsBeforeFailure > 0)
+        --m_readsBeforeFailure;
     // Archive 38's key 2 is the flag and the link, at the start of the record.
     if (!m_missingKey.isEmpty() && archive == 38 && key == 2 && record.startsWith(m_missingKey)) {
         m_forcedError = archives::NotFound;

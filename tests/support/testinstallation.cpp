@@ -94,6 +94,19 @@ archives::ErpSession &TestInstallation::erp()
     return *m_erp;
 }
 
+bool TestInstallation::setMarks(const QString &flag, const QString &link, const QString &state,
+                                const QString &mark)
+{
+    archives::ErpRecord r(archives::Scadenze);
+    r.setText(QStringLiteral("flag_colpar"), flag);
+    r.setText(QStringLiteral("link"), link);
+    if (!erp().readEq(r, 2))
+        return false;
+    r.setText(QStringLiteral("stato_dist"), state);
+    r.setText(QStringLiteral("mark_dist"), mark);
+    return erp().rewrite(r);
+}
+
 archives::ErpRecord TestInstallation::dueItem(const QString &flag, const QString &link,
                                               const QString &type, const QString &account,
                                               double amount)

@@ -41,6 +41,11 @@ public:
     static bool putRecords(const QString &companyDir, const QString &commonDir,
                            const QList<archives::ErpRecord> &records);
 
+    // Sets a due item's distinta state and mark through the record manager, as another
+    // program of the suite would; false when the item cannot be read or rewritten.
+    bool setMarks(const QString &flag, const QString &link, const QString &state,
+                  const QString &mark);
+
     // A due item of archive 38 in state "0" (free), with the fields the program reads.
     static archives::ErpRecord dueItem(const QString &flag, const QString &link,
                                        const QString &type, const QString &account, double amount);
