@@ -37,27 +37,37 @@ CliRun runCli(const QStringList &arguments, const QString &iniDir)
     return runCli(arguments, cliEnvironment(iniDir));
 }
 
-QVariantList localDatabaseRow(const QString &iniDir, const QString &sql)
+QList<QVariantList> localDatabaseRows(const QString &iniDir, const QString &sql)
 {
     QString path;
     QDirIterator it(iniDir, {QStringLiteral("Pagame.db")}, QDir::Files,
                     QDirIterator::Subdirectories);
     if (it.hasNext())
         path = it.next();
-    QVariantList values;
+    QList<QVariantList> rows;
     {
         QSqlDatabase db =
             QSqlDatabase::addDatabase(QStringLiteral("QSQLITE"), QStringLiteral("check"));
         db.setDatabaseName(path);
         if (!path.isEmpty() && db.open()) {
             QSqlQuery query(db);
-            if (query.exec(sql) && query.next())
-                for (int i = 0; i < query.record().count(); ++i)
-                    values << query.value(i);
+            if (query.exec(sql))
+                while (query.next()) {
+                    QVariantList values;
+                    for (int i = 0; i < query.record().count(); ++i)
+                        values << query.value(i);
+                    rows << values;
+                }
         }
     }
     QSqlDatabase::removeDatabase(QStringLiteral("check"));
-    return values;
+    return rows;
+}
+
+QVariantList localDatabaseRow(const QString &iniDir, const QString &sql)
+{
+    const QList<QVariantList> rows = localDatabaseRows(iniDir, sql);
+    return rows.isEmpty() ? QVariantList() : rows.first();
 }
 
 } // namespace pg::test

@@ -26,8 +26,9 @@ QProcessEnvironment cliEnvironment(const QString &iniDir);
 CliRun runCli(const QStringList &arguments, const QProcessEnvironment &environment);
 CliRun runCli(const QStringList &arguments, const QString &iniDir);
 
-// The first row of a query on the local database ("Pagame.db") found below iniDir, as the
-// command line left it; empty when there is none.
+// The rows of a query on the local database ("Pagame.db") found below iniDir, as the command
+// line left it; and the first of them, empty when there is none.
+QList<QVariantList> localDatabaseRows(const QString &iniDir, const QString &sql);
 QVariantList localDatabaseRow(const QString &iniDir, const QString &sql);
 
 } // namespace pg::test
