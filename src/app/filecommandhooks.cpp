@@ -4,6 +4,7 @@
 #include "bankfile/desktopcreafiledialog.h"
 #include "checks/completenesscheck.h"
 #include "checks/reportviewer.h"
+#include "checks/verificacommand.h"
 #include "editor/distintaeditor.h"
 #include "editor/mainwindow.h"
 #include "editor/mainwindowload.h"
@@ -65,6 +66,10 @@ void installFileCommandHooks(editor::MainWindow &window, editor::MainWindowLoad 
         showSaved(window, *load.store());
         if (result.errorsFound)
             checks::openReport(result.reportPath);
+    };
+    hooks.verifyDueItems = [&load](QWidget *parent) {
+        if (load.store() && load.erp())
+            checks::cmdVerifica(*load.store(), *load.erp(), parent);
     };
 }
 

@@ -309,7 +309,8 @@ bool DistinteStore::Cancella(Distinta &d)
         transaction.reset();
         conn->setDurableCommits(false);
 
-        const int left = updates.carryOut(db, entries, false, QStringLiteral("Cancella"));
+        const int left =
+            int(updates.carryOut(db, entries, false, QStringLiteral("Cancella")).pending.size());
         if (left > 0)
             msgBox(QStringLiteral("Errore in aggiornamento archivi [orvida]") + QStringLiteral("\r\n") +
                        QStringLiteral("La distinta è stata eliminata, ma %1 sue scadenze non sono "
@@ -405,7 +406,9 @@ int DistinteStore::applyRepairs(QList<WriteBackEntry> entries)
     WriteBackJournal::record(db, WriteBackJournal::Operation::Repair, QString(), entries);
     transaction.commit();
     conn->setDurableCommits(false);
-    return updates.carryOut(db, entries, false, QStringLiteral("Verifica"));
+    const WriteBackApplier::Result result =
+        updates.carryOut(db, entries, false, QStringLiteral("Verifica"));
+    return int(result.pending.size() + result.conflicts.size());
 }
 
 bool DistinteStore::completePendingWriteBacks()

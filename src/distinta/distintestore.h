@@ -90,8 +90,8 @@ public:
     // archive failure is raised as the save's errors, with source as their source.
     bool AggiornaScadenze(const Testata &header, const QList<Riga> &rows, const QString &source);
     // Carries out journaled changes to the due items: the repairs of the reconciliation.
-    // The number of entries that could not be carried out; -1 (after telling why) when
-    // nothing was done.
+    // The number of entries not carried out (their item changed meanwhile, or the archive
+    // failed); -1 (after telling why) when nothing was done.
     int applyRepairs(QList<WriteBackEntry> entries);
     // Completes what an interrupted operation left undone (at every start, and before every
     // operation that writes to the due items). False, after telling the clerk, while some of

@@ -101,11 +101,13 @@ QList<WriteBackEntry> DueItemUpdates::planMarks(QSqlDatabase &db, const Testata 
     return plan.entries();
 }
 
-int DueItemUpdates::carryOut(QSqlDatabase &db, const QList<WriteBackEntry> &entries,
-                             bool stopAtRowFailure, const QString &source) const
+WriteBackApplier::Result DueItemUpdates::carryOut(QSqlDatabase &db,
+                                                  const QList<WriteBackEntry> &entries,
+                                                  bool stopAtRowFailure,
+                                                  const QString &source) const
 {
     if (entries.isEmpty())
-        return 0;
+        return {};
     WriteBackApplier applier(erp(), db);
     const WriteBackApplier::Result result = applier.apply(entries, stopAtRowFailure);
     tellConflicts(result.conflicts);
@@ -118,7 +120,7 @@ int DueItemUpdates::carryOut(QSqlDatabase &db, const QList<WriteBackEntry> &entr
                                           "distinte o al prossimo avvio del programma."),
                        source);
     }
-    return int(result.pending.size());
+    return result;
 }
 
 bool DueItemUpdates::completePending(QSqlDatabase &db) const

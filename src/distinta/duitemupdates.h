@@ -1,6 +1,7 @@
 #pragma once
 
 #include "distinta.h"
+#include "writebackapplier.h"
 #include "writebackentry.h"
 #include "writebackjournal.h"
 
@@ -42,10 +43,9 @@ public:
 
     // Carries out the entries of an operation just committed. A save (stopAtRowFailure) stops
     // at the first row whose due item cannot be read or rewritten and raises the matching
-    // error; a delete or a repair tries every entry. Conflicts are shown; the number of
-    // entries left to do is returned.
-    int carryOut(QSqlDatabase &db, const QList<WriteBackEntry> &entries, bool stopAtRowFailure,
-                 const QString &source) const;
+    // error; a delete or a repair tries every entry. Conflicts are shown.
+    WriteBackApplier::Result carryOut(QSqlDatabase &db, const QList<WriteBackEntry> &entries,
+                                      bool stopAtRowFailure, const QString &source) const;
 
     // Completes what earlier operations left undone, telling the clerk what was completed,
     // what met a conflict and what still cannot be done. False while entries remain.

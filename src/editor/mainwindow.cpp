@@ -169,6 +169,9 @@ MainWindow::MainWindow(MainWindowLoad &load, QWidget *parent) : QMainWindow(pare
     auto *controllo =
         makeCommand(QStringLiteral("chkDatiBanca"), QStringLiteral("controllo"),
                     QStringLiteral("Controllo"), QStringLiteral("Controllo completezza distinta"));
+    auto *verifica = makeCommand(
+        QStringLiteral("cmdVerifica"), QStringLiteral("verifica"), QStringLiteral("Verifica"),
+        QStringLiteral("Verifica che le scadenze di [orvida] corrispondano alle distinte salvate"));
     auto *listaCampi =
         makeCommand(QStringLiteral("cmdListaCampi"), QStringLiteral("listacampi"),
                     QStringLiteral("Variabili"), QStringLiteral("Elenco variabili modelli"));
@@ -181,7 +184,7 @@ MainWindow::MainWindow(MainWindowLoad &load, QWidget *parent) : QMainWindow(pare
         rows->addWidget(b);
     }
     rows->addSpacing(16);
-    for (QToolButton *b : {stampa, creaFile, controllo, listaCampi}) {
+    for (QToolButton *b : {stampa, creaFile, controllo, verifica, listaCampi}) {
         b->setToolButtonStyle(Qt::ToolButtonTextUnderIcon);
         rows->addWidget(b);
     }
@@ -247,6 +250,7 @@ MainWindow::MainWindow(MainWindowLoad &load, QWidget *parent) : QMainWindow(pare
     connect(stampa, &QToolButton::clicked, this, &MainWindow::cmdStSolle_Click);
     connect(creaFile, &QToolButton::clicked, this, &MainWindow::cmdCreaFile_Click);
     connect(controllo, &QToolButton::clicked, this, &MainWindow::chkDatiBanca_Click);
+    connect(verifica, &QToolButton::clicked, this, &MainWindow::cmdVerifica_Click);
     connect(listaCampi, &QToolButton::clicked, this, &MainWindow::cmdListaCampi_Click);
     connect(scelta, &QToolButton::clicked, this, &MainWindow::cmdScelta_Click);
     connect(options, &QToolButton::clicked, this, &MainWindow::cmdOptions_Click);
@@ -598,6 +602,15 @@ void MainWindow::chkDatiBanca_Click()
     underTrap(location("chkDatiBAnca"), [this] {
         if (ready() && leaveCurrentField() && m_hooks.completenessCheck)
             m_hooks.completenessCheck(*m_editor, this);
+    });
+}
+
+void MainWindow::cmdVerifica_Click()
+{
+    underTrap(location("cmdVerifica_Click"), [this] {
+        // The saved distinte are compared: changes not yet saved play no part.
+        if (ready() && leaveCurrentField() && m_hooks.verifyDueItems)
+            m_hooks.verifyDueItems(this);
     });
 }
 

@@ -58,6 +58,7 @@ public:
     void cmdStSolle_Click();
     void cmdCreaFile_Click();
     void chkDatiBanca_Click();
+    void cmdVerifica_Click();
     void cmdListaCampi_Click();
     void cmdScelta_Click();
     void cmdOptions_Click();

@@ -26,6 +26,8 @@ struct MainWindowHooks
     std::function<void(DistintaEditor &editor, QWidget *parent)> createBankFile;
     // The completeness check of the distinta.
     std::function<void(DistintaEditor &editor, QWidget *parent)> completenessCheck;
+    // The reconciliation of the suite's due items with the saved distinte ("Verifica").
+    std::function<void(QWidget *parent)> verifyDueItems;
     // The choice of the printer ("Scelta stampante"); true when the printer changed.
     std::function<bool(QWidget *parent)> choosePrinter;
     // The list of the templates' merge fields ("Elenco variabili modelli").

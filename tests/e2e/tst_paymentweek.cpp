@@ -149,6 +149,7 @@ private slots:
     void testPrintToPdf();
     void bankFilesWithoutAndWithGrouping();
     void finalPrintListAndDelete();
+    void verificaFindsOnlyWhatEarlierProgramsLeft();
     void restartFindsEverythingAsLeft();
 
 private:
@@ -563,6 +564,38 @@ void TestPaymentWeek::finalPrintListAndDelete()
     const QStringList free{QStringLiteral("0"), QStringLiteral("0"), {}, {}, {}, {}};
     for (const QString &key : october)
         QCOMPARE(distintaMarks(m_demo->dueItem(key)), free);
+}
+
+void TestPaymentWeek::verificaFindsOnlyWhatEarlierProgramsLeft()
+{
+    // The demo, as an installation of earlier programs, marks items in distinte it does not
+    // have; the week's own distinte all agree with the suite.
+    m_prompter->clear();
+    m_opened.paths.clear();
+    m_prompter->script({Answer::Yes});
+    click(QStringLiteral("cmdVerifica"));
+    QCOMPARE(m_opened.paths.size(), 1);
+    QCOMPARE(QFileInfo(m_opened.paths.first()).canonicalFilePath(),
+             QFileInfo(m_demo->programDir() + QStringLiteral("verifica.txt")).canonicalFilePath());
+    QFile report(m_opened.paths.first());
+    QVERIFY(report.open(QIODevice::ReadOnly));
+    const QStringList lines = cp1252::decode(report.readAll()).split(QStringLiteral("\r\n"));
+    QVERIFY(lines.size() > 5);
+    for (const QString &line : lines.mid(3))
+        QVERIFY2(line.isEmpty() || line.endsWith(QStringLiteral("ma non è in nessuna distinta "
+                                                                "salvata.")),
+                 qPrintable(line));
+    QCOMPARE(m_prompter->shown().size(), 2);
+    QVERIFY(m_prompter->texts().first().endsWith(QStringLiteral("come dicono le distinte?")));
+    QVERIFY(m_prompter->lastText().startsWith(
+        QStringLiteral("Scadenze corrette come dicono le distinte: ")));
+
+    // Repaired, the suite and the distinte agree.
+    m_prompter->clear();
+    click(QStringLiteral("cmdVerifica"));
+    QCOMPARE(m_opened.paths.size(), 1);
+    QVERIFY(m_prompter->lastText().startsWith(
+        QStringLiteral("Le scadenze di [orvida] corrispondono alle distinte salvate")));
 }
 
 void TestPaymentWeek::restartFindsEverythingAsLeft()

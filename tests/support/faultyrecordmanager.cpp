@@ -8,6 +8,7 @@ void FaultyRecordManager::reset()
 {
     m_rewritesBeforeFailure = -1;
     m_readsBeforeFailure = -1;
+    m_nextReadsBeforeFailure = -1;
     m_missingKey.clear();
     m_equalReads = 0;
     m_rewrites = 0;
@@ -53,6 +54,12 @@ qint16 FaultyRecordManager::LetturaFirstRec32(qint32 handle, qint32 archive, qin
 qint16 FaultyRecordManager::LetturaNextRec32(qint32 handle, qint32 archive, QByteArray &record)
 {
     m_forcedError = 0;
+    if (m_nextReadsBeforeFailure == 0) {
+        m_forcedError = archives::IoError;
+        return -1;
+    }
+    if (m_nextReadsBeforeFailure > 0)
+        --m_nextReadsBeforeFailure;
     return m_inner.LetturaNextRec32(handle, archive, record);
 }
 

@@ -19,6 +19,8 @@ public:
     // The n-th equal read from now (1 = the next one) and every later one fail as the
     // archive failing (not as a record not found).
     void failEqualReadsFrom(int n) { m_readsBeforeFailure = n - 1; }
+    // The n-th next-read from now fails as the archive failing, in the middle of a walk.
+    void failNextReadsFrom(int n) { m_nextReadsBeforeFailure = n - 1; }
     // Equal reads of records whose key 2 begins with this text fail as not found.
     void failReadsOf(const QByteArray &keyPrefix) { m_missingKey = keyPrefix; }
     void reset();
@@ -42,6 +44,7 @@ private:
     archives::RecordManager &m_inner;
     int m_rewritesBeforeFailure = -1;
     int m_readsBeforeFailure = -1;
+    int m_nextReadsBeforeFailure = -1;
     QByteArray m_missingKey;
     int m_equalReads = 0;
     int m_rewrites = 0;
