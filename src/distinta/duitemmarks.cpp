@@ -5,8 +5,6 @@
 #include "core/vbdate.h"
 #include "core/vbformat.h"
 
-#include <array>
-
 namespace pg::distinta {
 
 namespace {
@@ -17,11 +15,6 @@ const QString PresentationMark = QStringLiteral("mark_pres");
 const QString DistintaDate = QStringLiteral("data_dist");
 const QString Bank = QStringLiteral("abi_pres");
 const QString Agency = QStringLiteral("cab_pres");
-
-// The members in the order of the fields above.
-constexpr QString DueItemMarks::*Members[] = {&DueItemMarks::stato,    &DueItemMarks::markDist,
-                                              &DueItemMarks::markPres, &DueItemMarks::dataDist,
-                                              &DueItemMarks::abiPres,  &DueItemMarks::cabPres};
 
 const QString *fieldNames()
 {
@@ -49,21 +42,22 @@ DueItemMarks DueItemMarks::of(const archives::ErpRecord &dueItem)
 {
     DueItemMarks marks;
     for (int i = 0; i < 6; ++i)
-        marks.*Members[i] = dueItem.text(fieldNames()[i]);
+        marks.*DueItemMarkFields[i] = dueItem.text(fieldNames()[i]);
     return marks;
 }
 
 void DueItemMarks::writeTo(archives::ErpRecord &dueItem) const
 {
     for (int i = 0; i < 6; ++i)
-        dueItem.setText(fieldNames()[i], this->*Members[i]);
+        dueItem.setText(fieldNames()[i], this->*DueItemMarkFields[i]);
 }
 
 DueItemMarks DueItemMarks::normalized() const
 {
     DueItemMarks marks;
     for (int i = 0; i < 6; ++i)
-        marks.*Members[i] = (this->*Members[i]).leftJustified(fieldWidths()[i], u' ', true);
+        marks.*DueItemMarkFields[i] =
+            (this->*DueItemMarkFields[i]).leftJustified(fieldWidths()[i], u' ', true);
     return marks;
 }
 

@@ -5,6 +5,7 @@
 
 #include <QString>
 
+#include <array>
 #include <functional>
 
 namespace pg::archives {
@@ -49,6 +50,11 @@ struct DueItemMarks
 
     bool operator==(const DueItemMarks &other) const = default;
 };
+
+// The six fields in the order the due item's record holds them.
+inline constexpr std::array<QString DueItemMarks::*, 6> DueItemMarkFields{
+    &DueItemMarks::stato,    &DueItemMarks::markDist, &DueItemMarks::markPres,
+    &DueItemMarks::dataDist, &DueItemMarks::abiPres,  &DueItemMarks::cabPres};
 
 // Whether a payment type ("0" to "9", blanks aside) takes a distinta state in the suite:
 // the types paid in parts, "3" to "8". Bills and the rest only carry the marks.

@@ -16,10 +16,6 @@ const QString MarkColumns = QStringLiteral(
     "cod_cab_prima, flg_stato_dopo, flg_mark_dopo, flg_pres_dopo, dat_dist_dopo, cod_abi_dopo, "
     "cod_cab_dopo");
 
-constexpr QString DueItemMarks::*MarkMembers[] = {&DueItemMarks::stato,    &DueItemMarks::markDist,
-                                                  &DueItemMarks::markPres, &DueItemMarks::dataDist,
-                                                  &DueItemMarks::abiPres,  &DueItemMarks::cabPres};
-
 const QString Pending = QStringLiteral("A");
 const QString Conflict = QStringLiteral("X");
 
@@ -36,26 +32,6 @@ QString operationCode(WriteBackJournal::Operation operation)
         return QStringLiteral("R");
     }
     return QStringLiteral("S");
-}
-
-// Runs one statement for every entry, binding its operation and position, after any other
-// values bound first by the caller.
-void forEachEntry(QSqlDatabase &db, const QString &sql, const QList<WriteBackEntry> &entries,
-                  const QVariantList &leading = {})
-{
-    if (entries.isEmpty())
-        return;
-    Transaction transaction(db);
-    BatchStatement statement(db, sql);
-    for (const WriteBackEntry &e : entries) {
-        int i = 0;
-        for (const QVariant &value : leading)
-            statement.bind(i++, value);
-        statement.bind(i++, e.operation);
-        statement.bind(i, e.position);
-        statement.exec();
-    }
-    transaction.commit();
 }
 
 } // namespace
@@ -93,7 +69,7 @@ void WriteBackJournal::record(QSqlDatabase &db, Operation operation, const QStri
         insert.bind(i++, e.flag);
         insert.bind(i++, e.link);
         for (const DueItemMarks *marks : {&e.before, &e.after})
-            for (QString DueItemMarks::*m : MarkMembers)
+            for (QString DueItemMarks::*m : DueItemMarkFields)
                 insert.bind(i++, marks->*m);
         insert.bind(i, Pending);
         insert.exec();
@@ -118,7 +94,7 @@ QList<WriteBackEntry> WriteBackJournal::pending(QSqlDatabase &db)
         e.link = query.text(4);
         int column = 5;
         for (DueItemMarks *marks : {&e.before, &e.after}) {
-            for (QString DueItemMarks::*m : MarkMembers)
+            for (QString DueItemMarks::*m : DueItemMarkFields)
                 marks->*m = query.text(column++);
             *marks = marks->normalized();
         }
@@ -129,17 +105,41 @@ QList<WriteBackEntry> WriteBackJournal::pending(QSqlDatabase &db)
 
 void WriteBackJournal::markDone(QSqlDatabase &db, const QList<WriteBackEntry> &entries)
 {
-    forEachEntry(
-        db, QStringLiteral("DELETE FROM TB_GIORNALE WHERE num_operazione = ? AND num_voce = ?"),
-        entries);
+    if (entries.isEmpty())
+        return;
+    // Entries are carried out in their order, so those done come in runs of consecutive
+    // positions: one statement removes a run.
+    Transaction transaction(db);
+    BatchStatement remove(db, QStringLiteral("DELETE FROM TB_GIORNALE WHERE num_operazione = ? "
+                                             "AND num_voce BETWEEN ? AND ?"));
+    for (qsizetype i = 0; i < entries.size();) {
+        qsizetype j = i + 1;
+        while (j < entries.size() && entries.at(j).operation == entries.at(i).operation &&
+               entries.at(j).position == entries.at(j - 1).position + 1)
+            ++j;
+        remove.bind(0, entries.at(i).operation);
+        remove.bind(1, entries.at(i).position);
+        remove.bind(2, entries.at(j - 1).position);
+        remove.exec();
+        i = j;
+    }
+    transaction.commit();
 }
 
 void WriteBackJournal::markConflicts(QSqlDatabase &db, const QList<WriteBackEntry> &entries)
 {
-    forEachEntry(db,
-                 QStringLiteral("UPDATE TB_GIORNALE SET flg_esito = ? WHERE num_operazione = ? AND "
-                                "num_voce = ?"),
-                 entries, {Conflict});
+    if (entries.isEmpty())
+        return;
+    Transaction transaction(db);
+    BatchStatement mark(db, QStringLiteral("UPDATE TB_GIORNALE SET flg_esito = ? WHERE "
+                                           "num_operazione = ? AND num_voce = ?"));
+    for (const WriteBackEntry &e : entries) {
+        mark.bind(0, Conflict);
+        mark.bind(1, e.operation);
+        mark.bind(2, e.position);
+        mark.exec();
+    }
+    transaction.commit();
 }
 
 } // namespace pg::distinta

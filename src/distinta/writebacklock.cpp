@@ -2,6 +2,8 @@
 
 #include "core/prompter.h"
 
+#include <QDir>
+
 namespace pg::distinta {
 
 namespace {
@@ -22,9 +24,15 @@ bool WriteBackLock::acquire()
 {
     if (m_lock.tryLock(WaitMs))
         return true;
-    msgBox(QStringLiteral("Un altro programma sta aggiornando le scadenze di [orvida] per questa "
-                          "azienda. Riprovare fra qualche istante."),
-           Buttons::Ok, Icon::Exclamation);
+    if (m_lock.error() == QLockFile::LockFailedError)
+        msgBox(QStringLiteral("Un altro programma sta aggiornando le scadenze di [orvida] per "
+                              "questa azienda. Riprovare fra qualche istante."),
+               Buttons::Ok, Icon::Exclamation);
+    else
+        msgBox(QStringLiteral("Impossibile creare il file %1: le scadenze di [orvida] non "
+                              "possono essere aggiornate. Verificare i permessi della cartella.")
+                   .arg(QDir::toNativeSeparators(m_lock.fileName())),
+               Buttons::Ok, Icon::Critical);
     return false;
 }
 
