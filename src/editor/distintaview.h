@@ -1,5 +1,7 @@
 #pragma once
 
+#include "selectionresult.h"
+
 #include "distinta/distinta.h"
 
 #include <QString>
@@ -15,17 +17,6 @@ namespace pg::editor {
 
 // The two date boxes of the header: mskData (creation date) and mskDataValuta (value date).
 enum class DateBox { Creazione, Valuta };
-
-// What the selection dialog of due items hands back when it is confirmed (mark "X"): the
-// company bank and agency of the presentation (five characters each) and the creation and
-// value dates as typed ("__/__/____" when left empty).
-struct SelectionResult
-{
-    QString banca;
-    QString agenzia;
-    QString dataCreazione;
-    QString dataValuta;
-};
 
 // What the distinta editor needs from the main window: the controls it sets, and the dialogs
 // and lists that it opens. The window implements it; tests implement it with a recording fake.

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "distintaview.h"
+#include "selectionresult.h"
 
 #include <QString>
 
