@@ -16,8 +16,8 @@
 #include "archives/archivenumbers.h"
 #include "distinta/distintestore.h"
 #include "distinta/tablesql.h"
-#include "editor/listcolumns.h"
-#include "editor/rowlistmodel.h"
+#include "editor/rowlist/listcolumns.h"
+#include "editor/rowlist/rowlistmodel.h"
 #include "lists/usersettings.h"
 #include "localdb/databaseconnection.h"
 

@@ -15,7 +15,7 @@
 #include "archives/erpsession.h"
 #include "core/vbdate.h"
 #include "distinta/distinta.h"
-#include "editor/duitemloader.h"
+#include "editor/selection/duitemloader.h"
 #include "lists/usersettings.h"
 #include "startup/companyenvironment.h"
 

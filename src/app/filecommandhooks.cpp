@@ -5,9 +5,9 @@
 #include "checks/completenesscheck.h"
 #include "checks/reportviewer.h"
 #include "checks/verificacommand.h"
-#include "editor/distintaeditor.h"
-#include "editor/mainwindow.h"
-#include "editor/mainwindowload.h"
+#include "editor/window/distintaeditor.h"
+#include "editor/window/mainwindow.h"
+#include "editor/window/mainwindowload.h"
 
 namespace pg::app {
 

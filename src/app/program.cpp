@@ -7,9 +7,9 @@
 
 #include "archives/recordmanagerfactory.h"
 #include "core/prompter.h"
-#include "editor/detaildialog.h"
-#include "editor/duitemprogress.h"
-#include "editor/selectiondialog.h"
+#include "editor/detail/detaildialog.h"
+#include "editor/selection/duitemprogress.h"
+#include "editor/selection/selectiondialog.h"
 #include "printing/printinghooks.h"
 #include "ui/messageboxprompter.h"
 

@@ -2,9 +2,9 @@
 
 #include "startupsequence.h"
 
-#include "editor/mainwindow.h"
-#include "editor/mainwindowload.h"
-#include "editor/systemprinters.h"
+#include "editor/window/mainwindow.h"
+#include "editor/window/mainwindowload.h"
+#include "printing/systemprinters.h"
 #include "startup/singleinstance.h"
 
 #include <memory>

@@ -1,7 +1,7 @@
 #include "screenshottour.h"
 
-#include "editor/distintaeditor.h"
-#include "editor/mainwindow.h"
+#include "editor/window/distintaeditor.h"
+#include "editor/window/mainwindow.h"
 
 #include <QApplication>
 #include <QDialog>

@@ -1,6 +1,6 @@
 #include "windowtrace.h"
 
-#include "editor/mainwindow.h"
+#include "editor/window/mainwindow.h"
 
 #include <QApplication>
 #include <QLineEdit>

@@ -3,7 +3,7 @@
 #include "scadenzemodel.h"
 
 #include "distinta/distintestore.h"
-#include "editor/listcolumns.h"
+#include "editor/rowlist/listcolumns.h"
 #include "lists/usersettings.h"
 
 #include <QHeaderView>

@@ -2,7 +2,7 @@
 
 #include "distinta/recordset.h"
 #include "distinta/riga.h"
-#include "editor/listcolumns.h"
+#include "editor/rowlist/listcolumns.h"
 
 #include <QAbstractTableModel>
 #include <QHash>

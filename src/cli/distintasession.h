@@ -1,7 +1,7 @@
 #pragma once
 
 #include "distinta/distinta.h"
-#include "editor/mainwindowload.h"
+#include "editor/window/mainwindowload.h"
 
 #include <QString>
 #include <QStringList>

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "editor/printercatalog.h"
+#include "printercatalog.h"
 
 #include <QList>
 #include <QStringList>

@@ -2,7 +2,7 @@
 
 #include "printoutput.h"
 
-#include "editor/printercatalog.h"
+#include "printercatalog.h"
 
 #include <optional>
 

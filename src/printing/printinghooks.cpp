@@ -10,9 +10,9 @@
 #include "stampadialog.h"
 #include "templatestore.h"
 
-#include "editor/distintaeditor.h"
-#include "editor/mainwindowhooks.h"
-#include "editor/mainwindowload.h"
+#include "editor/window/distintaeditor.h"
+#include "editor/window/mainwindowhooks.h"
+#include "editor/window/mainwindowload.h"
 #include "lists/usersettings.h"
 #include "startup/companyenvironment.h"
 

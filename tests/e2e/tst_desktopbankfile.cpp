@@ -8,8 +8,8 @@
 
 #include "app/program.h"
 #include "bankfile/frmcreafile.h"
-#include "editor/distintaeditor.h"
-#include "editor/mainwindow.h"
+#include "editor/window/distintaeditor.h"
+#include "editor/window/mainwindow.h"
 #include "lists/distintelistdialog.h"
 #include "lists/distintelistmodel.h"
 #include "lists/usersettings.h"

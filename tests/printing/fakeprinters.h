@@ -1,6 +1,6 @@
 #pragma once
 
-#include "editor/printercatalog.h"
+#include "printing/printercatalog.h"
 
 #include <QCursor>
 #include <QGuiApplication>

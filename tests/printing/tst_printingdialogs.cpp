@@ -2,8 +2,8 @@
 #include "scriptedprompter.h"
 
 #include "core/vbdate.h"
-#include "editor/mainwindowhooks.h"
-#include "editor/mainwindowload.h"
+#include "editor/window/mainwindowhooks.h"
+#include "editor/window/mainwindowload.h"
 #include "lists/usersettings.h"
 #include "printing/mergefield.h"
 #include "printing/mergefieldsdialog.h"

@@ -4,7 +4,7 @@
 #include "archives/archivenumbers.h"
 #include "archives/erprecord.h"
 #include "core/apperror.h"
-#include "editor/mainwindowload.h"
+#include "editor/window/mainwindowload.h"
 #include "lists/usersettings.h"
 #include "startup/companyenvironment.h"
 

@@ -1,7 +1,7 @@
 #include "mainwindow.h"
 
-#include "listcolumns.h"
-#include "rowlistview.h"
+#include "editor/rowlist/listcolumns.h"
+#include "editor/rowlist/rowlistview.h"
 
 #include "archives/lookupservice.h"
 #include "core/prompter.h"

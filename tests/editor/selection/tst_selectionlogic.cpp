@@ -3,8 +3,8 @@
 
 #include "archives/archivenumbers.h"
 #include "distinta/programvalues.h"
-#include "editor/selectiondialog.h"
-#include "editor/selectionlogic.h"
+#include "editor/selection/selectiondialog.h"
+#include "editor/selection/selectionlogic.h"
 
 #include <QComboBox>
 #include <QLineEdit>

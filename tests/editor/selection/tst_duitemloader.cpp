@@ -4,9 +4,9 @@
 #include "archives/archivenumbers.h"
 #include "core/vbformat.h"
 #include "distinta/distinta.h"
-#include "editor/duitemcausali.h"
-#include "editor/duitemfilter.h"
-#include "editor/duitemloader.h"
+#include "editor/selection/duitemcausali.h"
+#include "editor/selection/duitemfilter.h"
+#include "editor/selection/duitemloader.h"
 #include "lists/usersettings.h"
 #include "startup/companyenvironment.h"
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "printercatalog.h"
+#include "printing/printercatalog.h"
 
 #include "archives/companydata.h"
 #include "archives/erpsession.h"

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "selectionresult.h"
+#include "editor/selection/selectionresult.h"
 
 #include "distinta/distinta.h"
 

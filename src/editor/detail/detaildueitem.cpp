@@ -1,6 +1,6 @@
 #include "detaildueitem.h"
 
-#include "rowlistformat.h"
+#include "editor/rowlist/rowlistformat.h"
 
 #include "archives/archivenumbers.h"
 #include "archives/erprecord.h"

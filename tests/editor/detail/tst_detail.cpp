@@ -1,9 +1,9 @@
 #include "testinstallation.h"
 
 #include "archives/archivenumbers.h"
-#include "editor/detailaccount.h"
-#include "editor/detaildialog.h"
-#include "editor/detaildueitem.h"
+#include "editor/detail/detailaccount.h"
+#include "editor/detail/detaildialog.h"
+#include "editor/detail/detaildueitem.h"
 
 #include <QGroupBox>
 #include <QLineEdit>
