@@ -11,11 +11,11 @@
 // 10,000 rewrites. With --library (by default the program's tqzdbm32 beside this executable)
 // the walk is repeated through the library binding.
 
-#include "archives/archivenumbers.h"
-#include "archives/archivewriter.h"
-#include "archives/embeddedarchivestore.h"
-#include "archives/libraryrecordmanager.h"
-#include "archives/recordlayout.h"
+#include "archives/store/archivenumbers.h"
+#include "archives/store/archivewriter.h"
+#include "archives/store/embeddedarchivestore.h"
+#include "archives/store/libraryrecordmanager.h"
+#include "archives/store/recordlayout.h"
 
 #include "startup/companyenvironment.h"
 #include "startup/paths.h"

@@ -8,8 +8,8 @@
 #include "recordingrecordmanager.h"
 #include "testinstallation.h"
 
-#include "archives/archivenumbers.h"
-#include "archives/companydata.h"
+#include "archives/store/archivenumbers.h"
+#include "archives/store/companydata.h"
 #include "bankfile/confirmedcreafiledialog.h"
 #include "bankfile/creafilecommand.h"
 #include "checks/completenesscheck.h"

@@ -13,7 +13,7 @@
 #include "benchcommon.h"
 #include "testinstallation.h"
 
-#include "archives/archivenumbers.h"
+#include "archives/store/archivenumbers.h"
 #include "distinta/distintestore.h"
 #include "distinta/tablesql.h"
 #include "editor/rowlist/listcolumns.h"

@@ -10,9 +10,9 @@
 
 #include "benchcommon.h"
 
-#include "archives/archivenumbers.h"
-#include "archives/embeddedarchivestore.h"
-#include "archives/erpsession.h"
+#include "archives/store/archivenumbers.h"
+#include "archives/store/embeddedarchivestore.h"
+#include "archives/store/erpsession.h"
 #include "core/vbdate.h"
 #include "distinta/distinta.h"
 #include "editor/selection/duitemloader.h"

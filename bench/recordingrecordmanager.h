@@ -4,7 +4,7 @@
 // rewrites made, so that the same archive work can be replayed plainly: the limit a command
 // that reads and marks the suite's records is measured beside.
 
-#include "archives/recordmanager.h"
+#include "archives/store/recordmanager.h"
 
 #include <QList>
 

@@ -5,7 +5,7 @@
 #include "screenshottour.h"
 #include "windowtrace.h"
 
-#include "archives/recordmanagerfactory.h"
+#include "archives/store/recordmanagerfactory.h"
 #include "core/prompter.h"
 #include "editor/detail/detaildialog.h"
 #include "editor/selection/duitemprogress.h"

@@ -2,7 +2,7 @@
 
 #include "cbiarchivereader.h"
 
-#include "archives/companydata.h"
+#include "archives/store/companydata.h"
 #include "distinta/recordset.h"
 #include "distinta/riga.h"
 #include "distinta/testata.h"

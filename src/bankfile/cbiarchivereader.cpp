@@ -1,6 +1,6 @@
 #include "cbiarchivereader.h"
 
-#include "archives/archivenumbers.h"
+#include "archives/store/archivenumbers.h"
 #include "core/cp1252.h"
 
 namespace pg::bankfile {

@@ -2,7 +2,7 @@
 
 #include "cbirecords.h"
 
-#include "archives/erpsession.h"
+#include "archives/store/erpsession.h"
 
 #include <QHash>
 #include <QString>

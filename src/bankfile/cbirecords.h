@@ -1,6 +1,6 @@
 #pragma once
 
-#include "archives/companydata.h"
+#include "archives/store/companydata.h"
 #include "distinta/riga.h"
 #include "distinta/testata.h"
 

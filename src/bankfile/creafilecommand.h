@@ -2,8 +2,8 @@
 
 #include "creafiledialog.h"
 
-#include "archives/companydata.h"
-#include "archives/erpsession.h"
+#include "archives/store/companydata.h"
+#include "archives/store/erpsession.h"
 #include "distinta/distinta.h"
 
 #include <QString>

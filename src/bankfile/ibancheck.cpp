@@ -1,6 +1,6 @@
 #include "ibancheck.h"
 
-#include "archives/democodes.h"
+#include "core/checkdigits.h"
 
 #include <QHash>
 

@@ -2,9 +2,9 @@
 
 #include "reportfile.h"
 
-#include "archives/archivenumbers.h"
-#include "archives/erprecord.h"
-#include "archives/erpsession.h"
+#include "archives/store/archivenumbers.h"
+#include "archives/store/erprecord.h"
+#include "archives/store/erpsession.h"
 #include "core/apperror.h"
 #include "core/distintacode.h"
 #include "core/prompter.h"

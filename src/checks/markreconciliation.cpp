@@ -1,9 +1,9 @@
 #include "markreconciliation.h"
 
-#include "archives/archiveerror.h"
-#include "archives/archivenumbers.h"
-#include "archives/erprecord.h"
-#include "archives/erpsession.h"
+#include "archives/store/archiveerror.h"
+#include "archives/store/archivenumbers.h"
+#include "archives/store/erprecord.h"
+#include "archives/store/erpsession.h"
 #include "core/cp1252.h"
 #include "core/prompter.h"
 #include "core/vbdate.h"

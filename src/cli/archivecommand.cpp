@@ -4,9 +4,9 @@
 #include "commandcontext.h"
 #include "commands.h"
 
-#include "archives/archivetextfile.h"
-#include "archives/erpsession.h"
-#include "archives/recordmanagerfactory.h"
+#include "archives/store/erpsession.h"
+#include "archives/store/recordmanagerfactory.h"
+#include "archives/text/archivetextfile.h"
 #include "startup/companyenvironment.h"
 
 #include <QDir>

@@ -7,7 +7,7 @@
 #include "commandargs.h"
 #include "commandcontext.h"
 
-#include "archives/recordmanagerfactory.h"
+#include "archives/store/recordmanagerfactory.h"
 #include "editor/selection/duitemloader.h"
 #include "editor/selection/selectionlogic.h"
 #include "editor/window/distintaeditor.h"

@@ -4,7 +4,7 @@
 #include "commandcontext.h"
 #include "commands.h"
 
-#include "archives/demoinstallation.h"
+#include "archives/demo/demoinstallation.h"
 #include "core/vbdate.h"
 #include "localdb/shippedschema.h"
 #include "printing/templatestore.h"

@@ -3,7 +3,7 @@
 #include "commandargs.h"
 #include "commandcontext.h"
 
-#include "archives/recordmanagerfactory.h"
+#include "archives/store/recordmanagerfactory.h"
 #include "core/distintacode.h"
 #include "core/prompter.h"
 #include "distinta/distintestore.h"

@@ -3,7 +3,7 @@
 #include "distinta.h"
 #include "writebackentry.h"
 
-#include "archives/erpsession.h"
+#include "archives/store/erpsession.h"
 
 #include <QStringList>
 #include <QVariantList>

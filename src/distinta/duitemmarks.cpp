@@ -1,7 +1,7 @@
 #include "duitemmarks.h"
 
-#include "archives/archivenumbers.h"
-#include "archives/erprecord.h"
+#include "archives/store/archivenumbers.h"
+#include "archives/store/erprecord.h"
 #include "core/vbdate.h"
 #include "core/vbformat.h"
 

@@ -5,7 +5,7 @@
 #include "writebackentry.h"
 #include "writebackjournal.h"
 
-#include "archives/erpsession.h"
+#include "archives/store/erpsession.h"
 
 #include <QSqlDatabase>
 

@@ -1,8 +1,8 @@
 #include "erpwriteback.h"
 
-#include "archives/archiveerror.h"
-#include "archives/archivenumbers.h"
-#include "archives/erprecord.h"
+#include "archives/store/archiveerror.h"
+#include "archives/store/archivenumbers.h"
+#include "archives/store/erprecord.h"
 
 namespace pg::distinta {
 

@@ -3,7 +3,7 @@
 #include "duitemmarks.h"
 #include "writebackentry.h"
 
-#include "archives/erpsession.h"
+#include "archives/store/erpsession.h"
 
 namespace pg::distinta {
 

@@ -2,7 +2,7 @@
 
 #include "printarchivereader.h"
 
-#include "archives/companydata.h"
+#include "archives/store/companydata.h"
 #include "core/money.h"
 #include "core/paymenttype.h"
 #include "core/vbdate.h"

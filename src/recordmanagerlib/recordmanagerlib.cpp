@@ -7,10 +7,10 @@
 //
 // Like the suite's library it keeps one state for the process and serves one thread.
 
-#include "archives/archiveerror.h"
-#include "archives/embeddedarchivestore.h"
-#include "archives/recordlayout.h"
-#include "archives/recordmanagerabi.h"
+#include "archives/store/archiveerror.h"
+#include "archives/store/embeddedarchivestore.h"
+#include "archives/store/recordlayout.h"
+#include "archives/store/recordmanagerabi.h"
 
 #include "core/prompter.h"
 #include "startup/companyenvironment.h"

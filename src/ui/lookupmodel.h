@@ -1,6 +1,6 @@
 #pragma once
 
-#include "archives/lookupservice.h"
+#include "archives/store/lookupservice.h"
 
 #include <QAbstractTableModel>
 

@@ -2,7 +2,7 @@
 
 #include "testinstallation.h"
 
-#include "archives/archivenumbers.h"
+#include "archives/store/archivenumbers.h"
 #include "core/distintacode.h"
 #include "distinta/distintestore.h"
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "archives/erprecord.h"
+#include "archives/store/erprecord.h"
 #include "distinta/distinta.h"
 
 #include <QByteArray>

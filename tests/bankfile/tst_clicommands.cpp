@@ -2,7 +2,7 @@
 #include "scriptedprompter.h"
 #include "testinstallation.h"
 
-#include "archives/archivenumbers.h"
+#include "archives/store/archivenumbers.h"
 #include "checks/completenesscheck.h"
 #include "cli/cliapplication.h"
 #include "core/distintacode.h"

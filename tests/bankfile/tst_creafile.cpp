@@ -4,8 +4,8 @@
 #include "scriptedprompter.h"
 #include "testinstallation.h"
 
-#include "archives/archivenumbers.h"
-#include "archives/companydata.h"
+#include "archives/store/archivenumbers.h"
+#include "archives/store/companydata.h"
 #include "bankfile/bonificifile.h"
 #include "bankfile/confirmedcreafiledialog.h"
 #include "bankfile/creafilecommand.h"

@@ -1,7 +1,7 @@
 #include "scriptedprompter.h"
 #include "testinstallation.h"
 
-#include "archives/archivenumbers.h"
+#include "archives/store/archivenumbers.h"
 #include "bankfile/desktopcreafiledialog.h"
 #include "bankfile/frmcreafile.h"
 #include "bankfile/frmcreafiler.h"

@@ -1,7 +1,7 @@
 #include "scriptedprompter.h"
 #include "testinstallation.h"
 
-#include "archives/archivenumbers.h"
+#include "archives/store/archivenumbers.h"
 #include "checks/completenesscheck.h"
 #include "core/distintacode.h"
 #include "distinta/distintestore.h"

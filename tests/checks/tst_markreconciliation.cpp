@@ -2,7 +2,7 @@
 #include "scriptedprompter.h"
 #include "testinstallation.h"
 
-#include "archives/archivenumbers.h"
+#include "archives/store/archivenumbers.h"
 #include "checks/markreconciliation.h"
 #include "core/vbdate.h"
 #include "distinta/distintestore.h"

@@ -1,6 +1,6 @@
 #include "printfixture.h"
 
-#include "archives/archivenumbers.h"
+#include "archives/store/archivenumbers.h"
 #include "core/vbdate.h"
 #include "startup/companyenvironment.h"
 

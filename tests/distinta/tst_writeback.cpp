@@ -1,7 +1,7 @@
 #include "scriptedprompter.h"
 #include "testinstallation.h"
 
-#include "archives/archivenumbers.h"
+#include "archives/store/archivenumbers.h"
 #include "distinta/duitemmarks.h"
 #include "distinta/erpwriteback.h"
 #include "distinta/writebackapplier.h"

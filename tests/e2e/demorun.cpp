@@ -2,9 +2,9 @@
 
 #include "testinstallation.h"
 
-#include "archives/archivenumbers.h"
-#include "archives/embeddedarchivestore.h"
-#include "archives/erpsession.h"
+#include "archives/store/archivenumbers.h"
+#include "archives/store/embeddedarchivestore.h"
+#include "archives/store/erpsession.h"
 
 namespace pg::test {
 

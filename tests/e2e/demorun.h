@@ -2,7 +2,7 @@
 
 #include "clirun.h"
 
-#include "archives/erprecord.h"
+#include "archives/store/erprecord.h"
 
 #include <QDate>
 #include <QProcessEnvironment>

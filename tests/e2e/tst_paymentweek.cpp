@@ -7,7 +7,7 @@
 #include "scriptedprompter.h"
 
 #include "app/program.h"
-#include "archives/archivenumbers.h"
+#include "archives/store/archivenumbers.h"
 #include "bankfile/frmcreafile.h"
 #include "bankfile/frmcreafiler.h"
 #include "core/cp1252.h"

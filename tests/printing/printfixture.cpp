@@ -1,7 +1,7 @@
 #include "printfixture.h"
 
-#include "archives/archivenumbers.h"
-#include "archives/erprecord.h"
+#include "archives/store/archivenumbers.h"
+#include "archives/store/erprecord.h"
 
 namespace pg::test {
 

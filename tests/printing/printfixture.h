@@ -3,7 +3,7 @@
 #include "faultyrecordmanager.h"
 #include "testinstallation.h"
 
-#include "archives/companydata.h"
+#include "archives/store/companydata.h"
 #include "distinta/distinta.h"
 #include "distinta/distintestore.h"
 

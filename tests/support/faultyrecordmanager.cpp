@@ -1,6 +1,6 @@
 #include "faultyrecordmanager.h"
 
-#include "archives/archiveerror.h"
+#include "archives/store/archiveerror.h"
 
 namespace pg::test {
 

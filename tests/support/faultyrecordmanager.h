@@ -1,6 +1,6 @@
 #pragma once
 
-#include "archives/recordmanager.h"
+#include "archives/store/recordmanager.h"
 
 namespace pg::test {
 

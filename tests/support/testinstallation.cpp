@@ -1,7 +1,7 @@
 #include "testinstallation.h"
 
-#include "archives/archivenumbers.h"
-#include "archives/archivewriter.h"
+#include "archives/store/archivenumbers.h"
+#include "archives/store/archivewriter.h"
 #include "localdb/localdatabase.h"
 #include "localdb/shippedschema.h"
 

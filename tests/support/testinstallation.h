@@ -1,8 +1,8 @@
 #pragma once
 
-#include "archives/embeddedarchivestore.h"
-#include "archives/erprecord.h"
-#include "archives/erpsession.h"
+#include "archives/store/embeddedarchivestore.h"
+#include "archives/store/erprecord.h"
+#include "archives/store/erpsession.h"
 #include "startup/companyenvironment.h"
 
 #include <QTemporaryDir>

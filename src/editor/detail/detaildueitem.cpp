@@ -2,9 +2,9 @@
 
 #include "editor/rowlist/rowlistformat.h"
 
-#include "archives/archivenumbers.h"
-#include "archives/erprecord.h"
-#include "archives/erpsession.h"
+#include "archives/store/archivenumbers.h"
+#include "archives/store/erprecord.h"
+#include "archives/store/erpsession.h"
 #include "core/paymenttype.h"
 
 #include <QHash>

@@ -1,6 +1,6 @@
 #include "duitemlayout.h"
 
-#include "archives/archivenumbers.h"
+#include "archives/store/archivenumbers.h"
 #include "core/cp1252.h"
 #include "core/money.h"
 

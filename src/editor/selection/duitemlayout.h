@@ -1,6 +1,6 @@
 #pragma once
 
-#include "archives/recordlayout.h"
+#include "archives/store/recordlayout.h"
 
 #include <QByteArrayView>
 #include <QString>

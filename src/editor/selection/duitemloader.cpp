@@ -1,8 +1,8 @@
 #include "duitemloader.h"
 
-#include "archives/archivenumbers.h"
-#include "archives/erprecord.h"
-#include "archives/erpsession.h"
+#include "archives/store/archivenumbers.h"
+#include "archives/store/erprecord.h"
+#include "archives/store/erpsession.h"
 #include "core/money.h"
 #include "startup/errortrap.h"
 

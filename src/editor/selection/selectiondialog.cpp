@@ -1,6 +1,6 @@
 #include "selectiondialog.h"
 
-#include "archives/lookupservice.h"
+#include "archives/store/lookupservice.h"
 #include "ui/codelineedit.h"
 #include "ui/lookupdialog.h"
 #include "ui/maskeddateedit.h"

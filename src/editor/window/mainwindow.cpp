@@ -3,7 +3,7 @@
 #include "editor/rowlist/listcolumns.h"
 #include "editor/rowlist/rowlistview.h"
 
-#include "archives/lookupservice.h"
+#include "archives/store/lookupservice.h"
 #include "core/prompter.h"
 #include "core/vbdate.h"
 #include "lists/distintelistdialog.h"

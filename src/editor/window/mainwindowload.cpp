@@ -1,7 +1,7 @@
 #include "mainwindowload.h"
 
-#include "archives/archivenumbers.h"
-#include "archives/erprecord.h"
+#include "archives/store/archivenumbers.h"
+#include "archives/store/erprecord.h"
 #include "core/prompter.h"
 #include "lists/usersettings.h"
 #include "startup/companyenvironment.h"

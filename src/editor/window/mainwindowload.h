@@ -2,9 +2,9 @@
 
 #include "printing/printercatalog.h"
 
-#include "archives/companydata.h"
-#include "archives/erpsession.h"
-#include "archives/recordmanager.h"
+#include "archives/store/companydata.h"
+#include "archives/store/erpsession.h"
+#include "archives/store/recordmanager.h"
 #include "distinta/distintestore.h"
 
 #include <QList>

@@ -1,6 +1,6 @@
 #include "testinstallation.h"
 
-#include "archives/archivenumbers.h"
+#include "archives/store/archivenumbers.h"
 #include "editor/detail/detailaccount.h"
 #include "editor/detail/detaildialog.h"
 #include "editor/detail/detaildueitem.h"

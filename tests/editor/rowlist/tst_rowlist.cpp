@@ -2,7 +2,7 @@
 #include "scriptedprompter.h"
 #include "testinstallation.h"
 
-#include "archives/archivenumbers.h"
+#include "archives/store/archivenumbers.h"
 #include "distinta/distintestore.h"
 #include "distinta/programvalues.h"
 #include "editor/rowlist/rowlistmodel.h"

@@ -1,7 +1,7 @@
 #include "scriptedprompter.h"
 #include "testinstallation.h"
 
-#include "archives/archivenumbers.h"
+#include "archives/store/archivenumbers.h"
 #include "core/vbformat.h"
 #include "distinta/distinta.h"
 #include "editor/selection/duitemcausali.h"

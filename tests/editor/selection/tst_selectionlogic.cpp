@@ -1,7 +1,7 @@
 #include "scriptedprompter.h"
 #include "testinstallation.h"
 
-#include "archives/archivenumbers.h"
+#include "archives/store/archivenumbers.h"
 #include "distinta/programvalues.h"
 #include "editor/selection/selectiondialog.h"
 #include "editor/selection/selectionlogic.h"

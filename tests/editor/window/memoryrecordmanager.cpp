@@ -1,7 +1,7 @@
 #include "memoryrecordmanager.h"
 
-#include "archives/archiveerror.h"
-#include "archives/recordlayout.h"
+#include "archives/store/archiveerror.h"
+#include "archives/store/recordlayout.h"
 
 #include <algorithm>
 

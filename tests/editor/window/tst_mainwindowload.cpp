@@ -1,8 +1,8 @@
 #include "memoryrecordmanager.h"
 #include "scriptedprompter.h"
 
-#include "archives/archivenumbers.h"
-#include "archives/erprecord.h"
+#include "archives/store/archivenumbers.h"
+#include "archives/store/erprecord.h"
 #include "core/apperror.h"
 #include "editor/window/mainwindowload.h"
 #include "lists/usersettings.h"

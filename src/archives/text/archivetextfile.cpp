@@ -1,9 +1,9 @@
 #include "archivetextfile.h"
 
-#include "archiveerror.h"
-#include "archivenumbers.h"
+#include "archives/store/archiveerror.h"
+#include "archives/store/archivenumbers.h"
+#include "archives/store/archivewriter.h"
 #include "archivetext.h"
-#include "archivewriter.h"
 
 #include <QDir>
 #include <QFile>

@@ -3,11 +3,11 @@
 
 #include "archivefixture.h"
 
-#include "archives/archiveerror.h"
-#include "archives/archivenumbers.h"
-#include "archives/embeddedarchivestore.h"
-#include "archives/libraryrecordmanager.h"
-#include "archives/recordmanagerfactory.h"
+#include "archives/store/archiveerror.h"
+#include "archives/store/archivenumbers.h"
+#include "archives/store/embeddedarchivestore.h"
+#include "archives/store/libraryrecordmanager.h"
+#include "archives/store/recordmanagerfactory.h"
 
 #include "startup/companyenvironment.h"
 

@@ -1,9 +1,9 @@
 #include "archivefixture.h"
 
-#include "archives/archiveerror.h"
-#include "archives/archivenumbers.h"
-#include "archives/archivewriter.h"
-#include "archives/embeddedarchivestore.h"
+#include "archives/store/archiveerror.h"
+#include "archives/store/archivenumbers.h"
+#include "archives/store/archivewriter.h"
+#include "archives/store/embeddedarchivestore.h"
 
 #include <QDir>
 #include <QFile>

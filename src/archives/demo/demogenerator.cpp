@@ -1,7 +1,7 @@
 #include "demogenerator.h"
 
-#include "archivenumbers.h"
-#include "democodes.h"
+#include "archives/store/archivenumbers.h"
+#include "core/checkdigits.h"
 #include "demodata.h"
 
 #include "core/vbdate.h"

@@ -1,7 +1,7 @@
 #pragma once
 
+#include "archives/store/erprecord.h"
 #include "demooptions.h"
-#include "erprecord.h"
 
 #include <QList>
 #include <QRandomGenerator>

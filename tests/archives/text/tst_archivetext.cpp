@@ -1,10 +1,10 @@
-#include "archives/archivenumbers.h"
-#include "archives/archivetext.h"
-#include "archives/archivetextfile.h"
-#include "archives/demogenerator.h"
-#include "archives/demoinstallation.h"
-#include "archives/embeddedarchivestore.h"
-#include "archives/erpsession.h"
+#include "archives/demo/demogenerator.h"
+#include "archives/demo/demoinstallation.h"
+#include "archives/store/archivenumbers.h"
+#include "archives/store/embeddedarchivestore.h"
+#include "archives/store/erpsession.h"
+#include "archives/text/archivetext.h"
+#include "archives/text/archivetextfile.h"
 
 #include <QDir>
 #include <QFile>

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "erpsession.h"
+#include "archives/store/erpsession.h"
 
 #include <QMap>
 #include <QString>

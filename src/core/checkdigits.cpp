@@ -1,4 +1,4 @@
-#include "democodes.h"
+#include "checkdigits.h"
 
 namespace pg::archives::democodes {
 

@@ -1,13 +1,13 @@
 // The F4 lookup lists over a demo installation, read through each record manager: the
 // embedded store and the library binding loading the program's own record-manager library.
 
-#include "archives/archiveerror.h"
-#include "archives/archivenumbers.h"
-#include "archives/demogenerator.h"
-#include "archives/demoinstallation.h"
-#include "archives/embeddedarchivestore.h"
-#include "archives/libraryrecordmanager.h"
-#include "archives/lookupservice.h"
+#include "archives/demo/demogenerator.h"
+#include "archives/demo/demoinstallation.h"
+#include "archives/store/archiveerror.h"
+#include "archives/store/archivenumbers.h"
+#include "archives/store/embeddedarchivestore.h"
+#include "archives/store/libraryrecordmanager.h"
+#include "archives/store/lookupservice.h"
 
 #include <QDir>
 #include <QTemporaryDir>

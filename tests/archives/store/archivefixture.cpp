@@ -1,8 +1,8 @@
 #include "archivefixture.h"
 
-#include "archives/archivewriter.h"
-#include "archives/embeddedarchivestore.h"
-#include "archives/erprecord.h"
+#include "archives/store/archivewriter.h"
+#include "archives/store/embeddedarchivestore.h"
+#include "archives/store/erprecord.h"
 
 #include <QDir>
 #include <QFile>

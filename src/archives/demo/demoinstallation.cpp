@@ -1,6 +1,6 @@
 #include "demoinstallation.h"
 
-#include "archivewriter.h"
+#include "archives/store/archivewriter.h"
 #include "demogenerator.h"
 
 #include "core/cp1252.h"

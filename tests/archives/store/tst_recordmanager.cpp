@@ -3,12 +3,12 @@
 
 #include "archivefixture.h"
 
-#include "archives/archiveerror.h"
-#include "archives/archivenumbers.h"
-#include "archives/embeddedarchivestore.h"
-#include "archives/erprecord.h"
-#include "archives/libraryrecordmanager.h"
-#include "archives/recordlayout.h"
+#include "archives/store/archiveerror.h"
+#include "archives/store/archivenumbers.h"
+#include "archives/store/embeddedarchivestore.h"
+#include "archives/store/erprecord.h"
+#include "archives/store/libraryrecordmanager.h"
+#include "archives/store/recordlayout.h"
 
 #include <QDir>
 #include <QFile>

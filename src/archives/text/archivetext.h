@@ -1,6 +1,6 @@
 #pragma once
 
-#include "erprecord.h"
+#include "archives/store/erprecord.h"
 
 #include <QString>
 #include <QStringView>
