@@ -90,7 +90,7 @@ IbanCheck::Result IbanCheck::check(const QString &iban)
         return Result::UnknownCountry;
     if (iban.size() != length)
         return Result::WrongLength;
-    return archives::democodes::isValidIban(iban) ? Result::Valid : Result::WrongCheckDigits;
+    return checkdigits::isValidIban(iban) ? Result::Valid : Result::WrongCheckDigits;
 }
 
 QString IbanCheck::italianAbi(const QString &iban)

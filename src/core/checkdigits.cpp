@@ -1,6 +1,6 @@
 #include "checkdigits.h"
 
-namespace pg::archives::democodes {
+namespace pg::checkdigits {
 
 namespace {
 
@@ -165,4 +165,4 @@ bool isValidCodiceFiscale(const QString &codiceFiscale)
     return codiceFiscaleCheck(codiceFiscale) == codiceFiscale.at(15);
 }
 
-} // namespace pg::archives::democodes
+} // namespace pg::checkdigits

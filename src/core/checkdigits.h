@@ -3,10 +3,11 @@
 #include <QDate>
 #include <QString>
 
-// The check digits of the Italian and international codes that the demo installation writes
-// into its records, and their validation. Bank data that fails these tests is refused by the
-// banks, so a demo installation must never hold one by accident.
-namespace pg::archives::democodes {
+// The check digits of the Italian and international codes that bank data carries, and their
+// validation: the bank file checks the beneficiaries' IBANs with them, and the demo
+// installation makes its codes with them. Bank data that fails these tests is refused by the
+// banks.
+namespace pg::checkdigits {
 
 // IBAN (ISO 13616): the two check digits of a country code and a BBAN, and the mod-97 test
 // of a whole IBAN (blanks allowed between groups).
@@ -29,4 +30,4 @@ QString codiceFiscale(const QString &surname, const QString &name, const QDate &
 QChar codiceFiscaleCheck(const QString &firstFifteen);
 bool isValidCodiceFiscale(const QString &codiceFiscale);
 
-} // namespace pg::archives::democodes
+} // namespace pg::checkdigits

@@ -42,7 +42,7 @@ const QDateTime Created(QDate(2024, 1, 15), QTime(10, 30, 0));
 // Valid IBANs of the suppliers of the bank-file data, on the bank and agency of their rows.
 QString ibanOf(const QString &account)
 {
-    return archives::democodes::italianIban(QStringLiteral("03069"), QStringLiteral("09606"),
+    return checkdigits::italianIban(QStringLiteral("03069"), QStringLiteral("09606"),
                                             account);
 }
 
@@ -357,7 +357,7 @@ void TestSepaXml::problemsStopTheFile_data()
         << valid.left(26)
         << rossi + QStringLiteral("IBAN %1 di 26 caratteri invece di 27.").arg(valid.left(26));
     QTest::newRow("missing") << QString() << rossi + QStringLiteral("IBAN mancante.");
-    const QString otherBank = archives::democodes::italianIban(
+    const QString otherBank = checkdigits::italianIban(
         QStringLiteral("02008"), QStringLiteral("01600"), QStringLiteral("123456789012"));
     QTest::newRow("another bank than the row's")
         << otherBank

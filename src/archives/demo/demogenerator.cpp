@@ -161,13 +161,13 @@ void DemoGenerator::makeAccounts()
             person && kind == u'C' && a.name.startsWith(str(source.surname));
         if (!privateCustomer) {
             const QString firstTen = digits(7) + zeroPadded(1 + bounded(100), 3);
-            a.partitaIva = firstTen + QChar(u'0' + democodes::partitaIvaCheckDigit(firstTen));
+            a.partitaIva = firstTen + QChar(u'0' + checkdigits::partitaIvaCheckDigit(firstTen));
         }
         if (person) {
             const QDate birth = QDate(1950, 1, 1).addDays(bounded(40 * 365));
             const demodata::City &birthplace = cities[bounded(int(cities.size()))];
             a.codiceFiscale =
-                democodes::codiceFiscale(str(source.surname), str(source.firstName), birth,
+                checkdigits::codiceFiscale(str(source.surname), str(source.firstName), birth,
                                          source.female, str(birthplace.cadastral));
         } else {
             a.codiceFiscale = a.partitaIva; // a company's codice fiscale is its partita IVA
@@ -190,7 +190,7 @@ void DemoGenerator::makeAccounts()
         a.agency = agencyCab(banks[b], ag);
         a.account = digits(12);
         a.bic = str(banks[b].bic);
-        a.iban = democodes::italianIban(a.bank, a.agency, a.account);
+        a.iban = checkdigits::italianIban(a.bank, a.agency, a.account);
         a.itemBank = a.bank;
         a.itemAgency = a.agency;
         a.itemAccount = a.account;
@@ -236,7 +236,7 @@ void DemoGenerator::makeAccounts()
             // An agency closed since: its CAB is no longer in the bank table.
             a.agency = a.agency.left(3) + QStringLiteral("99");
             a.itemAgency = a.agency;
-            a.iban = democodes::italianIban(a.bank, a.agency, a.account);
+            a.iban = checkdigits::italianIban(a.bank, a.agency, a.account);
             break;
         case SupplierWithOtherBankOnItems: {
             // The supplier changed bank after its invoices were booked.
@@ -351,7 +351,7 @@ bool DemoGenerator::emitCompanyTables(const Sink &sink)
         return false;
 
     const QString firstTen = QStringLiteral("0362718040");
-    const QString partitaIva = firstTen + QChar(u'0' + democodes::partitaIvaCheckDigit(firstTen));
+    const QString partitaIva = firstTen + QChar(u'0' + checkdigits::partitaIvaCheckDigit(firstTen));
     ErpRecord az3(TabelleAzienda, QStringLiteral("AZ3"));
     az3.setText(QStringLiteral("cod_fiscale"), partitaIva);
     az3.setText(QStringLiteral("partita_iva"), partitaIva);
@@ -378,7 +378,7 @@ bool DemoGenerator::emitCompanyTables(const Sink &sink)
         ErpRecord ba2(TabelleAzienda, QStringLiteral("BA2"));
         ba2.setText(QStringLiteral("codice"), abi + cab);
         ba2.setText(QStringLiteral("sia"), str(cb.sia));
-        const QString iban = democodes::italianIban(abi, cab, str(cb.account));
+        const QString iban = checkdigits::italianIban(abi, cab, str(cb.account));
         ErpRecord ba3(TabelleAzienda, QStringLiteral("BA3"));
         ba3.setText(QStringLiteral("codice"), abi + cab);
         ba3.setText(QStringLiteral("riferimenti"), QStringLiteral("Pagamenti fornitori"));

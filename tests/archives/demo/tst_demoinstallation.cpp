@@ -126,33 +126,33 @@ void TestDemoInstallation::checkDigitsOfKnownCodes()
     QFETCH(QString, code);
     QFETCH(bool, valid);
     if (kind == u"iban")
-        QCOMPARE(democodes::isValidIban(code), valid);
+        QCOMPARE(checkdigits::isValidIban(code), valid);
     else if (kind == u"piva")
-        QCOMPARE(democodes::isValidPartitaIva(code), valid);
+        QCOMPARE(checkdigits::isValidPartitaIva(code), valid);
     else
-        QCOMPARE(democodes::isValidCodiceFiscale(code), valid);
+        QCOMPARE(checkdigits::isValidCodiceFiscale(code), valid);
     // The generators give back the check digits of the valid ones.
     if (valid && kind == u"iban" && code.startsWith(u"IT60X")) {
-        QCOMPARE(democodes::italianIban(QStringLiteral("05428"), QStringLiteral("11101"),
+        QCOMPARE(checkdigits::italianIban(QStringLiteral("05428"), QStringLiteral("11101"),
                                         QStringLiteral("123456")),
                  code);
     }
     if (valid && kind == u"piva")
-        QCOMPARE(democodes::partitaIvaCheckDigit(code.left(10)), code.at(10).digitValue());
+        QCOMPARE(checkdigits::partitaIvaCheckDigit(code.left(10)), code.at(10).digitValue());
 }
 
 void TestDemoInstallation::codiceFiscaleOfAPerson()
 {
-    QCOMPARE(democodes::codiceFiscale(QStringLiteral("Rossi"), QStringLiteral("Mario"),
+    QCOMPARE(checkdigits::codiceFiscale(QStringLiteral("Rossi"), QStringLiteral("Mario"),
                                       QDate(1985, 12, 10), false, QStringLiteral("A562")),
              QStringLiteral("RSSMRA85T10A562S"));
     // A woman's day of birth counts from 41; a name with four consonants skips the second;
     // accents and apostrophes do not count as letters.
     const QString cf =
-        democodes::codiceFiscale(QStringLiteral("D'Alò"), QStringLiteral("Francesca"),
+        checkdigits::codiceFiscale(QStringLiteral("D'Alò"), QStringLiteral("Francesca"),
                                  QDate(1990, 2, 3), true, QStringLiteral("H501"));
     QCOMPARE(cf.left(15), QStringLiteral("DLAFNC90B43H501"));
-    QVERIFY(democodes::isValidCodiceFiscale(cf));
+    QVERIFY(checkdigits::isValidCodiceFiscale(cf));
 }
 
 void TestDemoInstallation::sameSeedSameRecords()
@@ -190,12 +190,12 @@ void TestDemoInstallation::bankDataIsValidAndConsistent()
     int ibans = 0;
     auto checkIban = [&](const QString &iban, const QString &abi, const QString &cab,
                          const QString &account) {
-        QVERIFY2(democodes::isValidIban(iban), qPrintable(iban));
+        QVERIFY2(checkdigits::isValidIban(iban), qPrintable(iban));
         QCOMPARE(iban.size(), 27);
         QCOMPARE(iban.mid(5, 5), abi);
         QCOMPARE(iban.mid(10, 5), cab);
         QCOMPARE(iban.mid(15), account.trimmed().rightJustified(12, u'0'));
-        QCOMPARE(iban.at(4), democodes::italianCin(abi, cab, account.trimmed()));
+        QCOMPARE(iban.at(4), checkdigits::italianCin(abi, cab, account.trimmed()));
         ++ibans;
     };
     const QList<ErpRecord> companyBanks = ofArchive(records, TabelleAzienda, QStringLiteral("BA3"));
@@ -265,9 +265,9 @@ void TestDemoInstallation::accountsAreRealistic()
         const QString piva = a.trimmed(QStringLiteral("partita_iva"));
         const QString cf = a.trimmed(QStringLiteral("cod_fiscale"));
         if (!piva.isEmpty())
-            QVERIFY2(democodes::isValidPartitaIva(piva), qPrintable(piva));
+            QVERIFY2(checkdigits::isValidPartitaIva(piva), qPrintable(piva));
         if (cf.size() == 16) {
-            QVERIFY2(democodes::isValidCodiceFiscale(cf), qPrintable(cf));
+            QVERIFY2(checkdigits::isValidCodiceFiscale(cf), qPrintable(cf));
             ++persons;
         } else {
             QCOMPARE(cf, piva); // a company's codice fiscale is its partita IVA
@@ -485,7 +485,7 @@ void TestDemoInstallation::installationResolvesAndReads()
     QVERIFY(az1.trimmed(QStringLiteral("ragsoc")).contains(u'è'));
     ErpRecord az3(TabelleAzienda, QStringLiteral("AZ3"));
     QVERIFY(session.readEq(az3, 1));
-    QVERIFY(democodes::isValidPartitaIva(az3.trimmed(QStringLiteral("partita_iva"))));
+    QVERIFY(checkdigits::isValidPartitaIva(az3.trimmed(QStringLiteral("partita_iva"))));
     ErpRecord item(Scadenze);
     int items = 0;
     for (bool ok = session.readFirst(item, 1, QByteArray()); ok; ok = session.readNext(item))
