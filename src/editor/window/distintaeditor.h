@@ -54,6 +54,8 @@ public:
     static const QString Refused;    // state "D": no change of any kind
     static const QString SavePrompt; // before any command with unsaved changes
     static constexpr int ButtonCount = 6;
+    // The location the error trap names for a procedure of the window ("frmMain!Sub X()").
+    static QString location(const char *procedure);
 
     DistintaEditor(distinta::DistinteStore &store, archives::ErpSession *erp, DistintaView &view);
 
@@ -134,6 +136,8 @@ public:
     bool existsInDatabase() const;
 
 private:
+    // A date box's text that holds no date: empty, or the mask's blanks.
+    static bool isEmptyDateText(const QString &text);
     void bindLoaded();
     void maskForLoaded();
     void clearToEmpty(const QString &mask);
