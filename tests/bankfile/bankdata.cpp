@@ -3,10 +3,12 @@
 #include "testinstallation.h"
 
 #include "archives/store/archivenumbers.h"
+#include "core/checkdigits.h"
 #include "core/distintacode.h"
 #include "distinta/distintestore.h"
 
 #include <QFile>
+#include <QXmlStreamReader>
 
 namespace pg::test {
 
@@ -293,6 +295,45 @@ Distinta distintaOf(DistinteStore &store, const DistintaData &s, const QString &
         d.righe.append(riga);
     }
     return d;
+}
+
+// Valid IBANs of the suppliers of the bank-file data, on the bank and agency of their rows.
+QString ibanOf(const QString &account)
+{
+    return checkdigits::italianIban(QStringLiteral("03069"), QStringLiteral("09606"), account);
+}
+
+archives::ErpRecord bankOf(const QString &supplier, const QString &iban)
+{
+    archives::ErpRecord r(archives::ClientiFornitori);
+    r.setText(QStringLiteral("ind_clifor"), QStringLiteral("F"));
+    r.setText(QStringLiteral("cod_clifor"), supplier);
+    r.setText(QStringLiteral("banca"), QStringLiteral("03069"));
+    r.setText(QStringLiteral("agenzia"), QStringLiteral("09606"));
+    r.setText(QStringLiteral("iban_paese"), iban.left(4));
+    r.setText(QStringLiteral("iban_resto"), iban.mid(4));
+    return r;
+}
+
+// The texts of the elements whose path ends in suffix, in document order.
+QStringList texts(const QByteArray &xml, const QString &suffix)
+{
+    QXmlStreamReader reader(xml);
+    QStringList path;
+    QStringList found;
+    while (!reader.atEnd()) {
+        reader.readNext();
+        if (reader.isStartElement()) {
+            path << reader.name().toString();
+            if ((u'/' + path.join(u'/')).endsWith(u'/' + suffix)) {
+                found << reader.readElementText(QXmlStreamReader::IncludeChildElements);
+                path.removeLast();
+            }
+        } else if (reader.isEndElement()) {
+            path.removeLast();
+        }
+    }
+    return reader.hasError() ? QStringList{QStringLiteral("<unreadable>")} : found;
 }
 
 } // namespace pg::test

@@ -6,6 +6,7 @@
 #include <QByteArray>
 #include <QList>
 #include <QString>
+#include <QStringList>
 
 namespace pg::distinta {
 class DistinteStore;
@@ -56,6 +57,13 @@ distinta::Riga rigaOf(const RowData &s);
 // The distinta of the data in memory (not saved): created 15/01/2024, value 20/01/2024.
 distinta::Distinta distintaOf(distinta::DistinteStore &store, const DistintaData &s,
                               const QString &currency = QStringLiteral("  "));
+
+// Valid IBANs of the suppliers of the bank-file data, on the bank and agency of their rows,
+// and the bank record of a supplier with such an IBAN.
+QString ibanOf(const QString &account);
+archives::ErpRecord bankOf(const QString &supplier, const QString &iban);
+// The texts of the XML elements whose path ends in suffix, in document order.
+QStringList texts(const QByteArray &xml, const QString &suffix);
 
 QByteArray readAll(const QString &path);
 // A hand-written file of golden/.

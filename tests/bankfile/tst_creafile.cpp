@@ -2,6 +2,7 @@
 #include "cbifilecheck.h"
 #include "faultyrecordmanager.h"
 #include "scriptedprompter.h"
+#include "spydialog.h"
 #include "testinstallation.h"
 
 #include "archives/store/archivenumbers.h"
@@ -30,33 +31,6 @@ using namespace pg::test;
 namespace {
 
 const QString Completed = QStringLiteral("Elaborazione Completata");
-
-// A dialog that records what it was shown and answers as told.
-class SpyDialog : public bankfile::CreaFileDialog
-{
-public:
-    QString answer = confirmed();
-    QString fileName;
-    QString rifMitt;
-    int calls = 0;
-    bool grouped = false;
-    bankfile::CreaFileFields shown;
-    QStringList *log = nullptr;
-
-    QString exec(bankfile::CreaFileFields &fields, Distinta &, bool isGrouped) override
-    {
-        ++calls;
-        grouped = isGrouped;
-        shown = fields;
-        if (log)
-            *log << QStringLiteral("dialog");
-        if (!fileName.isEmpty())
-            fields.fileName = fileName;
-        if (!rifMitt.isNull())
-            fields.rifMitt = rifMitt;
-        return answer;
-    }
-};
 
 } // namespace
 

@@ -1,6 +1,7 @@
 #include "bankdata.h"
 #include "faultyrecordmanager.h"
 #include "scriptedprompter.h"
+#include "spydialog.h"
 #include "testinstallation.h"
 
 #include "archives/store/archivenumbers.h"
@@ -23,7 +24,6 @@
 #include <QSettings>
 #include <QTemporaryDir>
 #include <QTest>
-#include <QXmlStreamReader>
 
 using namespace pg;
 using namespace pg::distinta;
@@ -39,25 +39,6 @@ namespace {
 const QString Completed = QStringLiteral("Elaborazione Completata");
 const QDateTime Created(QDate(2024, 1, 15), QTime(10, 30, 0));
 
-// Valid IBANs of the suppliers of the bank-file data, on the bank and agency of their rows.
-QString ibanOf(const QString &account)
-{
-    return checkdigits::italianIban(QStringLiteral("03069"), QStringLiteral("09606"),
-                                            account);
-}
-
-ErpRecord bankOf(const QString &supplier, const QString &iban)
-{
-    ErpRecord r(archives::ClientiFornitori);
-    r.setText(QStringLiteral("ind_clifor"), QStringLiteral("F"));
-    r.setText(QStringLiteral("cod_clifor"), supplier);
-    r.setText(QStringLiteral("banca"), QStringLiteral("03069"));
-    r.setText(QStringLiteral("agenzia"), QStringLiteral("09606"));
-    r.setText(QStringLiteral("iban_paese"), iban.left(4));
-    r.setText(QStringLiteral("iban_resto"), iban.mid(4));
-    return r;
-}
-
 QStringList strings(std::initializer_list<const char *> texts)
 {
     QStringList list;
@@ -65,50 +46,6 @@ QStringList strings(std::initializer_list<const char *> texts)
         list << QString::fromUtf8(t);
     return list;
 }
-
-// The texts of the elements whose path ends in suffix, in document order.
-QStringList texts(const QByteArray &xml, const QString &suffix)
-{
-    QXmlStreamReader reader(xml);
-    QStringList path;
-    QStringList found;
-    while (!reader.atEnd()) {
-        reader.readNext();
-        if (reader.isStartElement()) {
-            path << reader.name().toString();
-            if ((u'/' + path.join(u'/')).endsWith(u'/' + suffix)) {
-                found << reader.readElementText(QXmlStreamReader::IncludeChildElements);
-                path.removeLast();
-            }
-        } else if (reader.isEndElement()) {
-            path.removeLast();
-        }
-    }
-    return reader.hasError() ? QStringList{QStringLiteral("<unreadable>")} : found;
-}
-
-// A dialog that answers as told, and may change the format or give the CBI code.
-class SpyDialog : public bankfile::CreaFileDialog
-{
-public:
-    std::optional<BankFileFormat> switchTo;
-    QString cuc;
-    int cucQuestions = 0;
-    bankfile::CreaFileFields shown;
-
-    QString exec(bankfile::CreaFileFields &fields, Distinta &, bool) override
-    {
-        shown = fields;
-        if (switchTo)
-            fields.switchFormat(*switchTo);
-        return confirmed();
-    }
-    QString askCuc() override
-    {
-        ++cucQuestions;
-        return cuc;
-    }
-};
 
 } // namespace
 
