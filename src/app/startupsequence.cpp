@@ -18,10 +18,15 @@ StartupSequence::Steps StartupSequence::programSteps()
     steps.resolveCompanyEnvironment = &ResolveCompanyEnvironment;
     steps.applicationDirPath = [] { return QCoreApplication::applicationDirPath(); };
     steps.directoryExists = [](const QString &path) { return QFileInfo(path).isDir(); };
-    steps.fileExists = [](const QString &path) { return paths::fileExists(path); };
-    steps.createDatabase = &localdb::CreateDatabaseFromSchema;
-    steps.generateSchemaFile = &localdb::GenerateSchemaFile;
-    steps.checkDatabaseVersion = &localdb::CheckDatabaseVersion;
+    steps.locateDatabase = &localdb::companyDatabase;
+    steps.databaseExists = &localdb::databaseExists;
+    steps.createDatabase = &localdb::CreateDatabase;
+    steps.generateSchemaFile = [](const localdb::DatabaseLocation &location) {
+        localdb::GenerateSchemaFile(location);
+    };
+    steps.checkDatabaseVersion = [](const localdb::DatabaseLocation &location) {
+        return localdb::CheckDatabaseVersion(location);
+    };
     return steps;
 }
 
@@ -63,15 +68,17 @@ void StartupSequence::run(const QStringList &arguments)
         endProcess(1);
     }
 
-    const QString database = environment.CompanyArchiveDir + localdb::FileName;
-    if (!m_steps.fileExists(database) &&
-        !m_steps.createDatabase(environment.CompanyArchiveDir, localdb::FileName))
+    // The file "Pagame.db" beside the company's archives, or the server its Pagame.ini names.
+    const std::optional<localdb::DatabaseLocation> database = m_steps.locateDatabase();
+    if (!database)
+        endProcess(1);
+    if (!m_steps.databaseExists(*database) && !m_steps.createDatabase(*database))
         endProcess(1);
 
     if (m_steps.directoryExists(developmentTreeProbe(m_steps.applicationDirPath())))
-        m_steps.generateSchemaFile(environment.CompanyArchiveDir, localdb::FileName);
+        m_steps.generateSchemaFile(*database);
 
-    if (!m_steps.checkDatabaseVersion(database))
+    if (!m_steps.checkDatabaseVersion(*database))
         endProcess(1);
 }
 

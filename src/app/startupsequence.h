@@ -1,10 +1,12 @@
 #pragma once
 
+#include "localdb/databaselocation.h"
 #include "startup/companyenvironment.h"
 
 #include <QStringList>
 
 #include <functional>
+#include <optional>
 
 namespace pg::app {
 
@@ -27,10 +29,13 @@ public:
         // The program's own directory, as the system reports it (no closing separator).
         std::function<QString()> applicationDirPath;
         std::function<bool(const QString &path)> directoryExists;
-        std::function<bool(const QString &path)> fileExists;
-        std::function<bool(const QString &directory, const QString &fileName)> createDatabase;
-        std::function<void(const QString &directory, const QString &fileName)> generateSchemaFile;
-        std::function<bool(const QString &fileName)> checkDatabaseVersion;
+        // The company's database as its Pagame.ini says; nothing (after a message) when the
+        // file cannot be used.
+        std::function<std::optional<localdb::DatabaseLocation>()> locateDatabase;
+        std::function<bool(const localdb::DatabaseLocation &)> databaseExists;
+        std::function<bool(const localdb::DatabaseLocation &)> createDatabase;
+        std::function<void(const localdb::DatabaseLocation &)> generateSchemaFile;
+        std::function<bool(const localdb::DatabaseLocation &)> checkDatabaseVersion;
     };
 
     // The program's own steps.

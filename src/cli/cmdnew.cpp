@@ -90,11 +90,8 @@ void setBank(SelectionLogic &logic, SelectionLogic::Box bank, SelectionLogic::Bo
 // The local database as start-up leaves it: created when missing, at the current version.
 bool openLocalDatabase()
 {
-    const QString database = CompanyArchiveDir() + localdb::FileName;
-    if (!paths::fileExists(database) &&
-        !localdb::CreateDatabaseFromSchema(CompanyArchiveDir(), localdb::FileName))
-        return false;
-    return localdb::CheckDatabaseVersion(database);
+    localdb::DatabaseLocation database;
+    return localdb::prepareCompanyDatabase(&database);
 }
 
 } // namespace

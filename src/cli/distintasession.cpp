@@ -68,11 +68,8 @@ std::optional<int> DistintaSession::openFromArguments(CommandContext &context)
 bool DistintaSession::openCompany()
 {
     // The local database as start-up leaves it: created when missing, converted when older.
-    const QString database = CompanyArchiveDir() + localdb::FileName;
-    if (!paths::fileExists(database) &&
-        !localdb::CreateDatabaseFromSchema(CompanyArchiveDir(), localdb::FileName))
-        return false;
-    if (!localdb::CheckDatabaseVersion(database))
+    localdb::DatabaseLocation database;
+    if (!localdb::prepareCompanyDatabase(&database))
         return false;
     return m_load->Load(CliHandle) == editor::MainWindowLoad::Outcome::Ready;
 }

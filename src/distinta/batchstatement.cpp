@@ -81,7 +81,8 @@ void BatchStatement::fail() const
 void BatchStatement::bind(int index, const QVariant &value)
 {
     if (!m_statement) {
-        m_query->bindValue(index, value);
+        // A null text or date is bound as a null of its type, which Qt SQL stores as NULL.
+        m_query->bindValue(index, storesNull(value) ? QVariant(value.metaType()) : value);
         return;
     }
     const int position = index + 1;

@@ -12,6 +12,7 @@
 #include "core/vbdate.h"
 #include "core/vbformat.h"
 #include "localdb/databaseconnection.h"
+#include "localdb/openerror.h"
 #include "startup/dberror.h"
 #include "startup/errortrap.h"
 
@@ -64,26 +65,24 @@ void DistinteStore::setGroupDescriptionTemplate(const QString &text)
     m_groupTemplate = text.leftJustified(30, u' ', true);
 }
 
-QString DistinteStore::databasePath() const
+localdb::DatabaseLocation DistinteStore::location() const
 {
-    const QString marker = QStringLiteral("Data Source=");
-    const int at = int(m_conn.indexOf(marker, 0, Qt::CaseInsensitive));
-    if (at < 0)
-        return m_filespec;
-    const int start = at + int(marker.size());
-    const int end = int(m_conn.indexOf(u';', start));
-    return m_conn.mid(start, end < 0 ? -1 : end - start);
+    localdb::DatabaseLocation location = localdb::DatabaseLocation::fromConnectionString(m_conn);
+    if (!location.isPostgres() && location.filePath.isEmpty())
+        location.filePath = m_filespec;
+    return location;
 }
 
 std::unique_ptr<DatabaseConnection> DistinteStore::open() const
 {
-    const QString path = databasePath();
-    auto conn = std::make_unique<DatabaseConnection>(path);
-    if (!conn->isOpen())
-        throw AppError(AppError::DatabaseBase + conn->errorCode(),
-                       QStringLiteral("Impossibile aprire il database %1: %2")
-                           .arg(path, conn->errorText()));
-    return conn;
+    auto conn = std::make_unique<DatabaseConnection>(location());
+    if (conn->isOpen())
+        return conn;
+    if (conn->isPostgres())
+        throw localdb::databaseOpenError(*conn);
+    throw AppError(AppError::DatabaseBase + conn->errorCode(),
+                   QStringLiteral("Impossibile aprire il database %1: %2")
+                       .arg(conn->filePath(), conn->errorText()));
 }
 
 void DistinteStore::Nuovo(Distinta &d)
@@ -197,7 +196,7 @@ bool DistinteStore::Salva(Distinta &d, bool askFirst, bool noRegroup)
     if (!ValidaDati(d))
         return false;
 
-    WriteBackLock lock(databasePath());
+    WriteBackLock lock(location());
     if (!lock.acquire())
         return false;
     const DueItemUpdates updates(m_erp);
@@ -267,7 +266,7 @@ bool DistinteStore::SalvaDesc(Distinta &d)
 
 bool DistinteStore::Cancella(Distinta &d)
 {
-    WriteBackLock lock(databasePath());
+    WriteBackLock lock(location());
     if (!lock.acquire())
         return false;
     const DueItemUpdates updates(m_erp);
@@ -369,7 +368,7 @@ void DistinteStore::AddRigheDaCanc(Distinta &d, const QString &key)
 bool DistinteStore::AggiornaScadenze(const Testata &header, const QList<Riga> &rows,
                                      const QString &source)
 {
-    WriteBackLock lock(databasePath());
+    WriteBackLock lock(location());
     if (!lock.acquire())
         return false;
     const DueItemUpdates updates(m_erp);
@@ -391,7 +390,7 @@ bool DistinteStore::AggiornaScadenze(const Testata &header, const QList<Riga> &r
 
 int DistinteStore::applyRepairs(QList<WriteBackEntry> entries)
 {
-    WriteBackLock lock(databasePath());
+    WriteBackLock lock(location());
     if (!lock.acquire())
         return -1;
     const DueItemUpdates updates(m_erp);
@@ -414,9 +413,9 @@ int DistinteStore::applyRepairs(QList<WriteBackEntry> entries)
 bool DistinteStore::completePendingWriteBacks()
 {
     // A database not yet created has nothing pending.
-    if (!QFileInfo::exists(databasePath()))
+    if (!location().isPostgres() && !QFileInfo::exists(location().filePath))
         return true;
-    WriteBackLock lock(databasePath());
+    WriteBackLock lock(location());
     if (!lock.acquire())
         return false;
     auto conn = open();

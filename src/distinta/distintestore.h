@@ -4,6 +4,7 @@
 #include "writebackentry.h"
 
 #include "archives/store/erpsession.h"
+#include "localdb/databaselocation.h"
 
 #include <QStringList>
 #include <QVariantList>
@@ -43,7 +44,8 @@ public:
     explicit DistinteStore(archives::ErpSession *erp = nullptr);
     ~DistinteStore();
 
-    // The connection string of the local database ("Data Source=<file>;") and its file.
+    // The connection string of the local database ("Data Source=<file>;", or a server's, see
+    // DatabaseLocation) and its file.
     QString pStrConn() const { return m_conn; }
     void setPStrConn(const QString &connectionString) { m_conn = connectionString; }
     QString pStrFilespec() const { return m_filespec; }
@@ -106,7 +108,9 @@ public:
     QueryResult GetRsGen(const QString &sql, const QVariantList &binds = {});
 
 private:
-    QString databasePath() const;
+    // The local database the connection string names (the file of pStrFilespec when it names
+    // none).
+    localdb::DatabaseLocation location() const;
     std::unique_ptr<DatabaseConnection> open() const;
 
     archives::ErpSession *m_erp;

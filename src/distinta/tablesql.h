@@ -2,6 +2,7 @@
 
 #include "batchstatement.h"
 #include "recordset.h"
+#include "rowinserter.h"
 
 #include "startup/dberror.h"
 
@@ -92,17 +93,25 @@ QList<qint64> writeChanges(QSqlDatabase &db, QLatin1StringView table, const Reco
     const QString tableName(table);
     QList<qint64> added;
 
-    if (!set.removedRowids().isEmpty()) {
+    // Removed rows go a few hundred at a time: one statement for many rows costs a server one
+    // exchange instead of one a row.
+    const QList<qint64> removed = set.removedRowids();
+    constexpr qsizetype Chunk = 500;
+    for (qsizetype from = 0; from < removed.size(); from += Chunk) {
+        const qsizetype count = std::min(Chunk, removed.size() - from);
+        QStringList marks;
+        for (qsizetype i = 0; i < count; ++i)
+            marks << QStringLiteral("?");
         BatchStatement del(db, QStringLiteral("DELETE FROM ") + tableName +
-                                   QStringLiteral(" WHERE rowid = ?"));
-        for (qint64 rowid : set.removedRowids()) {
-            del.bind(0, rowid);
-            del.exec();
-        }
+                                   QStringLiteral(" WHERE rowid IN (") +
+                                   marks.join(QStringLiteral(", ")) + u')');
+        for (qsizetype i = 0; i < count; ++i)
+            del.bind(int(i), removed.at(from + i));
+        del.exec();
     }
 
     std::optional<BatchStatement> update;
-    std::optional<BatchStatement> insert;
+    std::optional<RowInserter> insert;
     for (const auto &e : set.entries()) {
         if (e.status == Status::Changed) {
             if (!update) {
@@ -119,22 +128,17 @@ QList<qint64> writeChanges(QSqlDatabase &db, QLatin1StringView table, const Reco
             update->bind(i, e.rowid);
             update->exec();
         } else if (e.status == Status::Added) {
-            if (!insert) {
-                QStringList marks;
-                for (int i = 0; i < columns.size(); ++i)
-                    marks << QStringLiteral("?");
-                insert.emplace(db, QStringLiteral("INSERT INTO ") + tableName +
-                                       QStringLiteral(" (") + columnList<Record>() +
-                                       QStringLiteral(") VALUES (") +
-                                       marks.join(QStringLiteral(", ")) + u')');
-            }
-            int i = 0;
+            if (!insert)
+                insert.emplace(db, tableName, columnList<Record>().split(QStringLiteral(", ")));
+            QVariantList values;
+            values.reserve(columns.size());
             for (const auto &c : columns)
-                insert->bind(i++, storedValue(c, e.data));
-            insert->exec();
-            added.append(insert->lastInsertId());
+                values.append(storedValue(c, e.data));
+            insert->add(values);
         }
     }
+    if (insert)
+        added = insert->finish();
     return added;
 }
 

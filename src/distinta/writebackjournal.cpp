@@ -1,6 +1,7 @@
 #include "writebackjournal.h"
 
 #include "batchstatement.h"
+#include "rowinserter.h"
 
 #include "localdb/databaseconnection.h"
 
@@ -44,13 +45,11 @@ void WriteBackJournal::record(QSqlDatabase &db, Operation operation, const QStri
     BatchStatement last(db, QStringLiteral("SELECT MAX(num_operazione) FROM TB_GIORNALE"));
     const qint64 number = (last.next() ? last.value(0).toLongLong() : 0) + 1;
 
-    BatchStatement insert(
-        db, QStringLiteral("INSERT INTO TB_GIORNALE (num_operazione, num_voce, flg_operazione, "
-                           "cod_distinta, des_momento, flg_voce, flg_flag_colpar, "
-                           "des_link_orvida, ") +
-                MarkColumns +
-                QStringLiteral(", flg_esito) VALUES (?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, "
-                               "?, ?, ?, ?, ?, ?)"));
+    RowInserter insert(db, QStringLiteral("TB_GIORNALE"),
+                       (QStringLiteral("num_operazione, num_voce, flg_operazione, cod_distinta, "
+                                       "des_momento, flg_voce, flg_flag_colpar, des_link_orvida, ") +
+                        MarkColumns + QStringLiteral(", flg_esito"))
+                           .split(QStringLiteral(", ")));
     const QString code = operationCode(operation);
     const QString when =
         QDateTime::currentDateTime().toString(QStringLiteral("yyyy-MM-dd hh:mm:ss"));
@@ -58,22 +57,22 @@ void WriteBackJournal::record(QSqlDatabase &db, Operation operation, const QStri
     for (WriteBackEntry &e : entries) {
         e.operation = number;
         e.position = ++position;
-        int i = 0;
-        insert.bind(i++, e.operation);
-        insert.bind(i++, e.position);
-        insert.bind(i++, code);
-        insert.bind(i++, codDistinta);
-        insert.bind(i++, when);
-        insert.bind(i++, e.kind == WriteBackEntry::Kind::Release ? QStringLiteral("L")
-                                                                 : QStringLiteral("R"));
-        insert.bind(i++, e.flag);
-        insert.bind(i++, e.link);
+        QVariantList values{e.operation,
+                            e.position,
+                            code,
+                            codDistinta,
+                            when,
+                            e.kind == WriteBackEntry::Kind::Release ? QStringLiteral("L")
+                                                                    : QStringLiteral("R"),
+                            e.flag,
+                            e.link};
         for (const DueItemMarks *marks : {&e.before, &e.after})
             for (QString DueItemMarks::*m : DueItemMarkFields)
-                insert.bind(i++, marks->*m);
-        insert.bind(i, Pending);
-        insert.exec();
+                values.append(marks->*m);
+        values.append(Pending);
+        insert.add(values);
     }
+    insert.finish();
 }
 
 QList<WriteBackEntry> WriteBackJournal::pending(QSqlDatabase &db)

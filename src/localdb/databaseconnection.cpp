@@ -18,22 +18,43 @@ QString uniqueConnectionName()
     return QStringLiteral("pagamenti-%1").arg(++counter);
 }
 
+// SQLite's primary code of a failure; a server's five-character state gives none.
 int engineCode(const QSqlError &error)
 {
+    const QString native = error.nativeErrorCode();
     bool ok = false;
-    const int code = error.nativeErrorCode().toInt(&ok);
-    return ok ? (code & 0xff) : 0;
+    const int code = native.toInt(&ok);
+    return ok && native.size() < 5 ? (code & 0xff) : 0;
 }
 
 } // namespace
 
 DatabaseConnection::DatabaseConnection(const QString &filePath, Mode mode)
-    : m_name(uniqueConnectionName())
-    , m_path(filePath)
+    : DatabaseConnection(localdb::DatabaseLocation::file(filePath), mode)
 {
+}
+
+DatabaseConnection::DatabaseConnection(const localdb::DatabaseLocation &location, Mode mode)
+    : m_name(uniqueConnectionName())
+    , m_location(location)
+{
+    if (location.isPostgres())
+        openServer(mode);
+    else
+        openFile(mode);
+}
+
+void DatabaseConnection::failed(const QSqlError &error)
+{
+    m_error = error.text().trimmed();
+    m_errorCode = engineCode(error);
+}
+
+void DatabaseConnection::openFile(Mode mode)
+{
+    const QString &filePath = m_location.filePath;
     m_db = QSqlDatabase::addDatabase(QStringLiteral("QSQLITE"), m_name);
     m_db.setDatabaseName(filePath);
-    // The file must already exist: creating it is the schema's work, never a side effect.
     m_db.setConnectOptions(QStringLiteral("QSQLITE_BUSY_TIMEOUT=2000"));
     if (!QFileInfo(filePath).isFile()) {
         m_error = QStringLiteral("Il file %1 non esiste.").arg(filePath);
@@ -41,15 +62,66 @@ DatabaseConnection::DatabaseConnection(const QString &filePath, Mode mode)
         return;
     }
     if (!m_db.open()) {
-        m_error = m_db.lastError().text();
-        m_errorCode = engineCode(m_db.lastError());
+        failed(m_db.lastError());
         return;
     }
-    if (!configure(mode))
+    if (!configureFile(mode))
         m_db.close();
 }
 
-bool DatabaseConnection::configure(Mode mode)
+void DatabaseConnection::openServer(Mode mode)
+{
+    m_db = QSqlDatabase::addDatabase(QStringLiteral("QPSQL"), m_name);
+    if (!m_db.isValid()) {
+        m_error = QStringLiteral("Il driver PostgreSQL di Qt (libqt6sql6-psql) non è installato.");
+        m_errorCode = ServerRefused;
+        return;
+    }
+    // Everything goes through libpq's own options, so that a service of pg_service.conf and
+    // the password file work as for any other client of the server.
+    m_db.setConnectOptions(m_location.libpqOptions() +
+                           QStringLiteral(" connect_timeout=10 application_name='Pagamenti' "
+                                          "client_encoding='UTF8'"));
+    if (!m_db.open()) {
+        const QString text = m_db.lastError().text();
+        m_error = text.trimmed();
+        if (text.contains(QLatin1String("password")) ||
+            text.contains(QLatin1String("authentication")))
+            m_errorCode = ServerAuthentication;
+        else if (text.contains(QLatin1String("does not exist")))
+            m_errorCode = ServerDatabaseMissing;
+        else if (text.contains(QLatin1String("connect")) || text.contains(QLatin1String("timeout")) ||
+                 text.contains(QLatin1String("Connection")) || text.contains(QLatin1String("server")))
+            m_errorCode = ServerUnreachable;
+        else
+            m_errorCode = ServerRefused;
+        return;
+    }
+    QSqlQuery q(m_db);
+    if (!q.exec(QStringLiteral("SET client_min_messages TO warning"))) {
+        failed(q.lastError());
+        m_db.close();
+        return;
+    }
+    if (mode == Mode::Exclusive) {
+        // Alone on the database, or not at all: another clerk's program must not work on it
+        // while it is converted.
+        if (!q.exec(QStringLiteral("SELECT count(*) FROM pg_stat_activity WHERE datname = "
+                                   "current_database() AND pid <> pg_backend_pid()")) ||
+            !q.next()) {
+            failed(q.lastError());
+            m_db.close();
+            return;
+        }
+        if (q.value(0).toInt() > 0) {
+            m_error = QStringLiteral("Il database è in uso da altri utenti.");
+            m_errorCode = 5; // as SQLite's busy
+            m_db.close();
+        }
+    }
+}
+
+bool DatabaseConnection::configureFile(Mode mode)
 {
     QSqlQuery q(m_db);
     QStringList pragmas{QStringLiteral("PRAGMA foreign_keys = ON")};
@@ -59,23 +131,20 @@ bool DatabaseConnection::configure(Mode mode)
             << QStringLiteral("PRAGMA synchronous = NORMAL");
     for (const QString &pragma : pragmas) {
         if (!q.exec(pragma)) {
-            m_error = q.lastError().text();
-            m_errorCode = engineCode(q.lastError());
+            failed(q.lastError());
             return false;
         }
     }
     // The first read is what tells a database from any other file, and a file another
     // program holds from a free one.
     if (!q.exec(QStringLiteral("SELECT count(*) FROM sqlite_master"))) {
-        m_error = q.lastError().text();
-        m_errorCode = engineCode(q.lastError());
+        failed(q.lastError());
         return false;
     }
     if (mode == Mode::Exclusive) {
         // Taking the write lock now makes the open fail while anyone else uses the file.
         if (!q.exec(QStringLiteral("BEGIN EXCLUSIVE")) || !q.exec(QStringLiteral("COMMIT"))) {
-            m_error = q.lastError().text();
-            m_errorCode = engineCode(q.lastError());
+            failed(q.lastError());
             return false;
         }
     }
@@ -91,6 +160,8 @@ DatabaseConnection::~DatabaseConnection()
 
 void DatabaseConnection::setDurableCommits(bool durable)
 {
+    if (isPostgres())
+        return;
     QSqlQuery q(m_db);
     if (!q.exec(durable ? QStringLiteral("PRAGMA synchronous = FULL")
                         : QStringLiteral("PRAGMA synchronous = NORMAL")))
@@ -100,6 +171,16 @@ void DatabaseConnection::setDurableCommits(bool durable)
 bool DatabaseConnection::isOpen() const
 {
     return m_db.isOpen();
+}
+
+QString DatabaseConnection::filePath() const
+{
+    return isPostgres() ? m_location.displayName() : m_location.filePath;
+}
+
+bool isPostgres(const QSqlDatabase &db)
+{
+    return db.driverName() == QLatin1String("QPSQL");
 }
 
 Transaction::Transaction(QSqlDatabase &db)

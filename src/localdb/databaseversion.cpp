@@ -63,10 +63,18 @@ SchemaField amountInDistinta(const QString &name)
 
 bool CheckDatabaseVersion(const QString &fileName)
 {
+    return CheckDatabaseVersion(DatabaseLocation::file(fileName));
+}
+
+bool CheckDatabaseVersion(const DatabaseLocation &location)
+{
+    // The conversion and the tables added apply to the company's own database only: its file
+    // "Pagame.db" whatever the letter case of its name, or its database on the server.
+    const bool ours = location.isPostgres() || isLocalDatabaseFile(location.filePath);
     try {
         bool convert = false;
         {
-            DatabaseConnection connection(fileName);
+            DatabaseConnection connection(location);
             if (!connection.isOpen())
                 throw databaseOpenError(connection);
             QSqlDatabase &db = connection.database();
@@ -76,17 +84,23 @@ bool CheckDatabaseVersion(const QString &fileName)
                 WriteEnvVar(db, VersionVariable, CurrentVersion);
                 version = ReadEnvVar(db, VersionVariable, QString());
             }
-            convert = isLocalDatabaseFile(fileName) && version == PreviousVersion;
+            convert = ours && version == PreviousVersion;
+            if (version.compare(CurrentVersion) > 0 && version.size() == CurrentVersion.size())
+                msgBox(QStringLiteral("Il database %1 è della versione %2, più recente di quella "
+                                      "di questo programma (%3): aggiornare il programma su "
+                                      "questo computer.")
+                           .arg(connection.filePath(), version, CurrentVersion),
+                       Buttons::Ok, Icon::Exclamation);
         }
         if (convert) {
-            if (!UpgradeTo060701(fileName))
+            if (!UpgradeTo060701(location))
                 endProcess(1);
-            DatabaseConnection reopened(fileName);
+            DatabaseConnection reopened(location);
             if (!reopened.isOpen())
                 throw databaseOpenError(reopened);
         }
-        if (isLocalDatabaseFile(fileName))
-            AddMissingTables(fileName);
+        if (ours)
+            AddMissingTables(location);
         return true;
     } catch (const AppError &error) {
         showUnexpected(error);
@@ -96,8 +110,13 @@ bool CheckDatabaseVersion(const QString &fileName)
 
 void AddMissingTables(const QString &fileName)
 {
+    AddMissingTables(DatabaseLocation::file(fileName));
+}
+
+void AddMissingTables(const DatabaseLocation &location)
+{
     const DatabaseSchema schema = parseSchemaDescription(shippedSchemaDescription());
-    DatabaseConnection connection(fileName);
+    DatabaseConnection connection(location);
     if (!connection.isOpen())
         throw databaseOpenError(connection);
     QSqlDatabase &db = connection.database();
@@ -115,10 +134,15 @@ void AddMissingTables(const QString &fileName)
 
 bool UpgradeTo060701(const QString &fileName)
 {
+    return UpgradeTo060701(DatabaseLocation::file(fileName));
+}
+
+bool UpgradeTo060701(const DatabaseLocation &location)
+{
     std::unique_ptr<DatabaseConnection> connection;
     for (;;) {
         connection =
-            std::make_unique<DatabaseConnection>(fileName, DatabaseConnection::Mode::Exclusive);
+            std::make_unique<DatabaseConnection>(location, DatabaseConnection::Mode::Exclusive);
         if (connection->isOpen())
             break;
         const int code = connection->errorCode();

@@ -4,6 +4,7 @@
 #include "localdb/openerror.h"
 #include "localdb/schemacatalog.h"
 #include "localdb/schemafile.h"
+#include "localdb/sqldialect.h"
 
 #include "core/apperror.h"
 #include "core/prompter.h"
@@ -40,6 +41,25 @@ void removeCompanions(const QString &path)
         QFile::remove(path + QLatin1String(suffix));
 }
 
+// The schema description file of the installation, read whole; nothing after a message when it
+// is missing or not correct.
+std::optional<DatabaseSchema> shippedSchemaFile()
+{
+    const QString schemaPath = paths::resolveCase(ProgramDir() + SchemaFileName);
+    QFile schemaFile(schemaPath);
+    if (!QFileInfo(schemaPath).isFile() || !schemaFile.open(QIODevice::ReadOnly)) {
+        msgBox(QStringLiteral("Errore d'installazione. Non è stato trovato il file QXARTRAC.DAT "
+                              "nella cartella d'installazione."));
+        return std::nullopt;
+    }
+    try {
+        return parseSchemaDescription(schemaFile.readAll());
+    } catch (const SchemaError &error) {
+        msgBox(error.message());
+        return std::nullopt;
+    }
+}
+
 bool hasCompanions(const QString &path)
 {
     for (const char *suffix : {"-wal", "-journal"})
@@ -55,22 +75,81 @@ QString localDatabasePath()
     return CompanyArchiveDir() + FileName;
 }
 
-bool CreateDatabaseFromSchema(const QString &directory, const QString &fileName)
+std::optional<DatabaseLocation> companyDatabase()
 {
-    const QString schemaPath = paths::resolveCase(ProgramDir() + SchemaFileName);
-    QFile schemaFile(schemaPath);
-    if (!QFileInfo(schemaPath).isFile() || !schemaFile.open(QIODevice::ReadOnly)) {
-        msgBox(QStringLiteral("Errore d'installazione. Non è stato trovato il file QXARTRAC.DAT "
-                              "nella cartella d'installazione."));
+    QString error;
+    const std::optional<DatabaseLocation> location =
+        DatabaseLocation::ofCompany(CompanyArchiveDir(), &error);
+    if (!location)
+        msgBox(error, Buttons::Ok, Icon::Critical);
+    return location;
+}
+
+bool databaseExists(const DatabaseLocation &location)
+{
+    if (!location.isPostgres())
+        return QFileInfo(location.filePath).isFile();
+    DatabaseConnection connection(location);
+    return connection.isOpen() &&
+           SchemaCatalog::hasTable(connection.database(), QStringLiteral("_tblSys_EnvVar"));
+}
+
+bool CreateDatabase(const DatabaseLocation &location)
+{
+    if (!location.isPostgres()) {
+        const QFileInfo file(location.filePath);
+        return CreateDatabaseFromSchema(file.absolutePath(), file.fileName());
+    }
+    std::optional<DatabaseSchema> schema = shippedSchemaFile();
+    if (!schema)
+        return false;
+    DatabaseConnection connection(location);
+    if (!connection.isOpen()) {
+        msgBox(databaseOpenError(connection).description(), Buttons::Ok, Icon::Critical);
         return false;
     }
-    DatabaseSchema schema;
+    QSqlDatabase &db = connection.database();
     try {
-        schema = parseSchemaDescription(schemaFile.readAll());
+        const QStringList tables = SqlDialect::of(db).tables(db);
+        if (!tables.isEmpty()) {
+            cannotCreate(location.displayName(),
+                         QStringLiteral("Il database contiene già %1 tabelle che non sono del "
+                                        "programma (per esempio %2): il programma usa solo un "
+                                        "database vuoto, creato apposta.")
+                             .arg(tables.size())
+                             .arg(tables.first()));
+            return false;
+        }
+        // A server creates tables inside a transaction: a failure leaves the database empty.
+        Transaction transaction(db);
+        SchemaCatalog::build(db, *schema);
+        transaction.commit();
     } catch (const SchemaError &error) {
         msgBox(error.message());
         return false;
+    } catch (const AppError &error) {
+        cannotCreate(location.displayName(), error.description());
+        return false;
     }
+    return true;
+}
+
+bool prepareCompanyDatabase(DatabaseLocation *location)
+{
+    const std::optional<DatabaseLocation> found = companyDatabase();
+    if (!found)
+        return false;
+    *location = *found;
+    if (!databaseExists(*found) && !CreateDatabase(*found))
+        return false;
+    return CheckDatabaseVersion(*found);
+}
+
+bool CreateDatabaseFromSchema(const QString &directory, const QString &fileName)
+{
+    const std::optional<DatabaseSchema> schema = shippedSchemaFile();
+    if (!schema)
+        return false;
 
     const QString target = databasePath(directory, fileName);
     if (QFileInfo::exists(target)) {
@@ -90,7 +169,7 @@ bool CreateDatabaseFromSchema(const QString &directory, const QString &fileName)
         if (!connection.isOpen())
             throw databaseOpenError(connection);
         Transaction transaction(connection.database());
-        SchemaCatalog::build(connection.database(), schema);
+        SchemaCatalog::build(connection.database(), *schema);
         transaction.commit();
     } catch (const SchemaError &error) {
         removeCompanions(building);

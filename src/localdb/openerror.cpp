@@ -8,9 +8,29 @@ namespace pg::localdb {
 
 AppError databaseOpenError(const DatabaseConnection &connection)
 {
-    const QString file = QDir::toNativeSeparators(connection.filePath());
+    const QString file = connection.isPostgres() ? connection.filePath()
+                                                 : QDir::toNativeSeparators(connection.filePath());
     QString reason;
     switch (connection.errorCode()) {
+    case DatabaseConnection::ServerUnreachable:
+        reason = QStringLiteral("Il database %1 non risponde: verificare che il server sia "
+                                "acceso e raggiungibile dalla rete, poi riavviare il programma.")
+                     .arg(file);
+        break;
+    case DatabaseConnection::ServerAuthentication:
+        reason = QStringLiteral("Il server ha rifiutato l'accesso al database %1: utente o password non "
+                                "validi. La password va indicata nel file .pgpass dell'utente "
+                                "(o nel file indicato da PGPASSFILE).")
+                     .arg(file);
+        break;
+    case DatabaseConnection::ServerDatabaseMissing:
+        reason = QStringLiteral("Il database %1 non esiste sul server: l'amministratore deve crearlo "
+                                "(vuoto) prima del primo avvio.")
+                     .arg(file);
+        break;
+    case DatabaseConnection::ServerRefused:
+        reason = QStringLiteral("Impossibile usare il database %1.").arg(file);
+        break;
     case 5: // SQLITE_BUSY
     case 6: // SQLITE_LOCKED
         reason = QStringLiteral("Il database %1 è in uso da un altro programma.").arg(file);

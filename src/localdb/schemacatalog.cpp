@@ -1,5 +1,7 @@
 #include "schemacatalog.h"
 
+#include "localdb/databaseconnection.h"
+#include "localdb/sqldialect.h"
 #include "localdb/sqlitemapping.h"
 
 #include "startup/dberror.h"
@@ -12,11 +14,12 @@
 #include <QSqlRecord>
 #include <QVariant>
 
+#include <functional>
+
 #include <algorithm>
 
 namespace pg::localdb {
 
-using sqlmap::quoteIdentifier;
 
 namespace {
 
@@ -66,33 +69,11 @@ void execute(QSqlDatabase &db, const QString &sql, const QVariantList &values)
         throw databaseError(query.lastError());
 }
 
-// The rows of a query with its values bound.
-QList<QVariantList> rows(QSqlDatabase &db, const QString &sql, const QVariantList &values = {})
-{
-    QSqlQuery query(db);
-    query.setForwardOnly(true);
-    if (!query.prepare(sql))
-        throw databaseError(query.lastError());
-    for (const QVariant &value : values)
-        query.addBindValue(value);
-    if (!query.exec())
-        throw databaseError(query.lastError());
-    QList<QVariantList> out;
-    const int columns = query.record().count();
-    while (query.next()) {
-        QVariantList row;
-        for (int i = 0; i < columns; ++i)
-            row << query.value(i);
-        out << row;
-    }
-    return out;
-}
-
-QString joinedColumns(const QStringList &names)
+QString joinedColumns(const SqlDialect &dialect, const QStringList &names)
 {
     QStringList quoted;
     for (const QString &name : names)
-        quoted << quoteIdentifier(name);
+        quoted << dialect.identifier(name);
     return quoted.join(QLatin1String(", "));
 }
 
@@ -124,7 +105,8 @@ bool isSelect(const QString &sql)
     return select.match(sql).hasMatch();
 }
 
-QString createTableSql(const SchemaTable &table, const QList<SchemaRelation> &relations)
+QString createTableSql(const SqlDialect &dialect, const SchemaTable &table,
+                       const QList<SchemaRelation> &relations)
 {
     QStringList primaryColumns;
     for (const SchemaIndex &index : table.indexes)
@@ -132,7 +114,9 @@ QString createTableSql(const SchemaTable &table, const QList<SchemaRelation> &re
             primaryColumns << index.columns;
     QStringList parts;
     for (const SchemaField &field : table.fields)
-        parts << sqlmap::columnDefinition(field, containsName(primaryColumns, field.name));
+        parts << dialect.columnDefinition(field, containsName(primaryColumns, field.name));
+    if (!dialect.rowIdentityColumn().isEmpty())
+        parts << dialect.rowIdentityColumn();
     for (const SchemaRelation &r : relations) {
         if (!r.enforced() || !sameName(r.foreignTable, table.name))
             continue;
@@ -141,10 +125,10 @@ QString createTableSql(const SchemaTable &table, const QList<SchemaRelation> &re
             foreignFields << f.foreignName;
             fields << f.name;
         }
-        QString fk = QLatin1String("CONSTRAINT ") + quoteIdentifier(r.name) +
-                     QLatin1String(" FOREIGN KEY (") + joinedColumns(foreignFields) +
-                     QLatin1String(") REFERENCES ") + quoteIdentifier(r.table) +
-                     QLatin1String(" (") + joinedColumns(fields) + u')';
+        QString fk = QLatin1String("CONSTRAINT ") + dialect.identifier(r.name) +
+                     QLatin1String(" FOREIGN KEY (") + joinedColumns(dialect, foreignFields) +
+                     QLatin1String(") REFERENCES ") + dialect.identifier(r.table) +
+                     QLatin1String(" (") + joinedColumns(dialect, fields) + u')';
         if (r.attributes & DaoRelationUpdateCascade)
             fk += QLatin1String(" ON UPDATE CASCADE");
         if (r.attributes & DaoRelationDeleteCascade)
@@ -152,47 +136,68 @@ QString createTableSql(const SchemaTable &table, const QList<SchemaRelation> &re
         fk += QLatin1String(" DEFERRABLE INITIALLY DEFERRED");
         parts << fk;
     }
-    return QLatin1String("CREATE TABLE ") + quoteIdentifier(table.name) + QLatin1String(" (") +
-           parts.join(QLatin1String(", ")) + u')';
+    return QLatin1String("CREATE TABLE ") + dialect.identifier(table.name) +
+           QLatin1String(" (") + parts.join(QLatin1String(", ")) + u')';
 }
 
-QString createIndexSql(const SchemaTable &table, const SchemaIndex &index)
+QString createIndexSql(const SqlDialect &dialect, const SchemaTable &table,
+                       const SchemaIndex &index)
 {
     QString sql =
         QLatin1String((index.unique || index.primary) ? "CREATE UNIQUE INDEX " : "CREATE INDEX ") +
-        quoteIdentifier(sqlmap::indexName(table.name, index.name)) + QLatin1String(" ON ") +
-        quoteIdentifier(table.name) + QLatin1String(" (") + joinedColumns(index.columns) + u')';
+        dialect.identifier(sqlmap::indexName(table.name, index.name)) + QLatin1String(" ON ") +
+        dialect.identifier(table.name) + QLatin1String(" (") +
+        joinedColumns(dialect, index.columns) + u')';
     if (index.ignoreNulls) {
         QStringList conditions;
         for (const QString &column : index.columns)
-            conditions << quoteIdentifier(column) + QLatin1String(" IS NOT NULL");
+            conditions << dialect.identifier(column) + QLatin1String(" IS NOT NULL");
         sql += QLatin1String(" WHERE ") + conditions.join(QLatin1String(" AND "));
     }
     return sql;
+}
+
+// Runs a statement that may fail without spoiling the caller's transaction: a server aborts
+// the whole transaction at the first failed statement, so it runs inside a savepoint there.
+bool tryStatement(QSqlDatabase &db, const std::function<bool(QSqlQuery &)> &statement,
+                  QSqlError *error = nullptr)
+{
+    const bool server = isPostgres(db);
+    QSqlQuery q(db);
+    if (server)
+        execute(db, QStringLiteral("SAVEPOINT pagamenti_prova"));
+    const bool ok = statement(q);
+    if (!ok && error)
+        *error = q.lastError();
+    q.finish();
+    if (server)
+        execute(db, ok ? QStringLiteral("RELEASE SAVEPOINT pagamenti_prova")
+                       : QStringLiteral("ROLLBACK TO SAVEPOINT pagamenti_prova"));
+    return ok;
 }
 
 // Creates the query's view when it is a SELECT the engine accepts as one; false otherwise.
 bool createQuery(QSqlDatabase &db, const SchemaQuery &query)
 {
     const QString text = statementText(query.sql);
-    QSqlQuery check(db);
-    if (!check.prepare(text))
+    QSqlError error;
+    if (!tryStatement(db, [&](QSqlQuery &q) { return q.prepare(text); }, &error))
         throw SchemaError{query.line,
                           QStringLiteral("la query \"%1\" non è valida: %2")
-                              .arg(query.name, check.lastError().databaseText()),
+                              .arg(query.name, error.databaseText()),
                           false};
-    check.finish();
     if (!isSelect(text))
         return false;
     QString body = text;
     if (query.maxRecords > 0)
-        body = QLatin1String("SELECT * FROM (") + text + QLatin1String(") LIMIT ") +
+        body = QLatin1String("SELECT * FROM (") + text + QLatin1String(") AS q LIMIT ") +
                QString::number(query.maxRecords);
     // A query that takes parameters is a valid statement but cannot be a view: it stays a
     // stored query only.
-    QSqlQuery view(db);
-    return view.exec(QLatin1String("CREATE VIEW ") + quoteIdentifier(query.name) +
-                     QLatin1String(" AS ") + body);
+    const QString create = QLatin1String("CREATE VIEW ") +
+                           SqlDialect::of(db).identifier(query.name) + QLatin1String(" AS ") +
+                           body;
+    return tryStatement(db, [&](QSqlQuery &q) { return q.exec(create); });
 }
 
 QList<SchemaRelation> namedRelations(const QList<SchemaRelation> &relations)
@@ -210,18 +215,6 @@ QList<SchemaRelation> namedRelations(const QList<SchemaRelation> &relations)
         out << r;
     }
     return out;
-}
-
-QString viewText(const QString &createSql)
-{
-    static const QRegularExpression pattern(
-        QStringLiteral(
-            "^\\s*CREATE\\s+(?:TEMP\\s+|TEMPORARY\\s+)?VIEW\\s+(?:IF\\s+NOT\\s+EXISTS\\s+)?"
-            "(?:\"(?:[^\"]|\"\")*\"|\\[[^\\]]*\\]|`[^`]*`|[^\\s(]+)\\s*"
-            "(?:\\([^)]*\\)\\s*)?AS\\s+(.*)$"),
-        QRegularExpression::CaseInsensitiveOption | QRegularExpression::DotMatchesEverythingOption);
-    const QRegularExpressionMatch m = pattern.match(createSql);
-    return m.hasMatch() ? m.captured(1).trimmed() : createSql;
 }
 
 bool truth(const QVariant &value)
@@ -246,62 +239,49 @@ SchemaField catalogField(const QVariantList &row)
 // others.
 QList<SchemaIndex> describeIndexes(QSqlDatabase &db, const QString &table, bool catalog)
 {
+    const QList<EngineIndex> engine = SqlDialect::of(db).indexes(db, table);
     QStringList engineIndexes;
-    QHash<QString, QVariantList> engineInfo;
-    for (const QVariantList &row : rows(db,
-                                        QStringLiteral("SELECT name, \"unique\", origin, "
-                                                       "partial FROM pragma_index_list(?)"),
-                                        {table})) {
-        engineIndexes << row.at(0).toString();
-        engineInfo.insert(row.at(0).toString().toLower(), row);
-    }
+    for (const EngineIndex &index : engine)
+        engineIndexes << index.name;
     QList<SchemaIndex> out;
     QStringList described;
     if (catalog) {
         for (const QVariantList &row :
-             rows(db,
-                  QStringLiteral("SELECT Name, IgnoreNulls, IsPrimary, IsUnique FROM "
-                                 "MSysSchemaIndexes WHERE TableName = ? ORDER BY Position"),
-                  {table})) {
+             queryRows(db,
+                       QStringLiteral("SELECT Name, IgnoreNulls, IsPrimary, IsUnique FROM "
+                                      "MSysSchemaIndexes WHERE lower(TableName) = lower(?) "
+                                      "ORDER BY Position"),
+                       {table})) {
             const QString engineName = sqlmap::indexName(table, row.at(0).toString());
             if (!containsName(engineIndexes, engineName))
                 continue;
             SchemaIndex index{
                 row.at(0).toString(), truth(row.at(1)), truth(row.at(2)), truth(row.at(3)), {}, 0};
             for (const QVariantList &c :
-                 rows(db,
-                      QStringLiteral("SELECT FieldName FROM MSysSchemaIndexColumns WHERE "
-                                     "TableName = ? AND IndexName = ? ORDER BY Position"),
-                      {table, index.name}))
+                 queryRows(db,
+                           QStringLiteral("SELECT FieldName FROM MSysSchemaIndexColumns WHERE "
+                                          "lower(TableName) = lower(?) AND lower(IndexName) = "
+                                          "lower(?) ORDER BY Position"),
+                           {table, index.name}))
                 index.columns << c.at(0).toString();
             out << index;
             described << engineName;
         }
     }
     QList<SchemaIndex> others;
-    for (const QString &engineName : std::as_const(engineIndexes)) {
-        if (containsName(described, engineName))
+    for (const EngineIndex &e : engine) {
+        if (containsName(described, e.name) || e.onExpression || e.columns.isEmpty())
             continue;
-        const QVariantList info = engineInfo.value(engineName.toLower());
         SchemaIndex index;
-        const bool primaryKey = info.at(2).toString() == QLatin1String("pk");
         const QString prefix = table + u'.';
-        index.name = primaryKey ? QStringLiteral("PrimaryKey")
-                     : engineName.startsWith(prefix, Qt::CaseInsensitive)
-                         ? engineName.mid(prefix.size())
-                         : engineName;
-        index.primary = primaryKey;
-        index.unique = truth(info.at(1));
-        index.ignoreNulls = truth(info.at(3));
-        bool expression = false;
-        for (const QVariantList &c :
-             rows(db, QStringLiteral("SELECT name FROM pragma_index_info(?) ORDER BY seqno"),
-                  {engineName})) {
-            expression = expression || c.at(0).isNull();
-            index.columns << c.at(0).toString();
-        }
-        if (!expression && !index.columns.isEmpty())
-            others << index;
+        index.name = e.primaryKey ? QStringLiteral("PrimaryKey")
+                     : e.name.startsWith(prefix, Qt::CaseInsensitive) ? e.name.mid(prefix.size())
+                                                                      : e.name;
+        index.primary = e.primaryKey;
+        index.unique = e.unique;
+        index.ignoreNulls = e.partial;
+        index.columns = e.columns;
+        others << index;
     }
     std::sort(others.begin(), others.end(),
               [](const SchemaIndex &a, const SchemaIndex &b) { return a.name < b.name; });
@@ -315,23 +295,15 @@ SchemaTable describeTable(QSqlDatabase &db, const QString &name, bool catalog)
     QHash<QString, SchemaField> known;
     if (catalog)
         for (const QVariantList &row :
-             rows(db,
-                  QStringLiteral("SELECT Name, Type, Size, Attributes, AllowZeroLength, "
-                                 "DefaultValue, Required FROM MSysSchemaFields WHERE "
-                                 "TableName = ?"),
-                  {name}))
+             queryRows(db,
+                       QStringLiteral("SELECT Name, Type, Size, Attributes, AllowZeroLength, "
+                                      "DefaultValue, Required FROM MSysSchemaFields WHERE "
+                                      "lower(TableName) = lower(?)"),
+                       {name}))
             known.insert(row.at(0).toString().toLower(), catalogField(row));
-    for (const QVariantList &row :
-         rows(db,
-              QStringLiteral("SELECT name, type, \"notnull\", dflt_value FROM "
-                             "pragma_table_info(?) ORDER BY cid"),
-              {name})) {
-        const QString column = row.at(0).toString();
-        const auto it = known.constFind(column.toLower());
-        table.fields << (it != known.constEnd()
-                             ? *it
-                             : sqlmap::fieldFromColumn(column, row.at(1).toString(),
-                                                       truth(row.at(2)), row.at(3).toString()));
+    for (const SchemaField &column : SqlDialect::of(db).columns(db, name)) {
+        const auto it = known.constFind(column.name.toLower());
+        table.fields << (it != known.constEnd() ? *it : column);
     }
     table.indexes = describeIndexes(db, name, catalog);
     return table;
@@ -346,34 +318,7 @@ QList<SchemaRelation> foreignKeyRelations(QSqlDatabase &db, const QList<SchemaTa
     for (const SchemaRelation &r : known)
         taken << r.name;
     for (const SchemaTable &table : tables) {
-        QMap<int, SchemaRelation> byId;
-        for (const QVariantList &row :
-             rows(db,
-                  QStringLiteral("SELECT id, \"table\", \"from\", \"to\", on_update, "
-                                 "on_delete FROM pragma_foreign_key_list(?) ORDER BY id, seq"),
-                  {table.name})) {
-            SchemaRelation &r = byId[row.at(0).toInt()];
-            r.foreignTable = table.name;
-            r.table = row.at(1).toString();
-            QString field = row.at(3).toString();
-            if (row.at(3).isNull()) {
-                // A reference to the primary key without naming it: the key's columns in order.
-                const QList<QVariantList> pk =
-                    rows(db,
-                         QStringLiteral("SELECT name FROM pragma_table_info(?) WHERE pk > 0 "
-                                        "ORDER BY pk"),
-                         {r.table});
-                if (r.fields.size() < pk.size())
-                    field = pk.at(r.fields.size()).at(0).toString();
-            }
-            r.fields << RelationField{field, row.at(2).toString()};
-            r.attributes = 0;
-            if (row.at(4).toString() == QLatin1String("CASCADE"))
-                r.attributes |= DaoRelationUpdateCascade;
-            if (row.at(5).toString() == QLatin1String("CASCADE"))
-                r.attributes |= DaoRelationDeleteCascade;
-        }
-        for (SchemaRelation r : std::as_const(byId)) {
+        for (SchemaRelation r : SqlDialect::of(db).foreignKeys(db, table.name)) {
             const bool accounted = std::any_of(known.begin(), known.end(), [&](const auto &k) {
                 if (!sameName(k.foreignTable, r.foreignTable) || !sameName(k.table, r.table) ||
                     k.fields.size() != r.fields.size())
@@ -406,9 +351,10 @@ QList<SchemaRelation> foreignKeyRelations(QSqlDatabase &db, const QList<SchemaTa
 void createTable(QSqlDatabase &db, const SchemaTable &table, const QList<SchemaRelation> &relations,
                  bool catalog)
 {
-    execute(db, createTableSql(table, relations));
+    const SqlDialect &dialect = SqlDialect::of(db);
+    execute(db, createTableSql(dialect, table, relations));
     for (const SchemaIndex &index : table.indexes)
-        execute(db, createIndexSql(table, index));
+        execute(db, createIndexSql(dialect, table, index));
     if (!catalog)
         return;
     execute(db,
@@ -442,15 +388,17 @@ void createTable(QSqlDatabase &db, const SchemaTable &table, const QList<SchemaR
 
 bool SchemaCatalog::hasCatalog(QSqlDatabase &db)
 {
-    return !rows(db, QStringLiteral("SELECT name FROM sqlite_master WHERE type = 'table' AND name "
-                                    "= 'MSysSchemaFields'"))
-                .isEmpty();
+    return hasTable(db, QStringLiteral("MSysSchemaFields"));
 }
 
 void SchemaCatalog::build(QSqlDatabase &db, const DatabaseSchema &schema)
 {
+    // The catalog's names are compared without regard to letter case: SQLite's collation says
+    // so, a server's catalog queries compare them in lower case.
+    const bool server = isPostgres(db);
     for (const char *sql : CatalogTables)
-        execute(db, QLatin1String(sql));
+        execute(db, server ? QString::fromLatin1(sql).remove(QLatin1String(" COLLATE NOCASE"))
+                           : QString::fromLatin1(sql));
     execute(db, QStringLiteral("INSERT INTO MSysSchemaProperties (Name, Value) VALUES (?, ?)"),
             {DatabaseNameProperty, schema.name});
 
@@ -486,7 +434,7 @@ DatabaseSchema SchemaCatalog::describe(QSqlDatabase &db, const QString &fallback
     const bool catalog = hasCatalog(db);
     schema.name = fallbackName;
     if (catalog) {
-        const auto name = rows(db,
+        const auto name = queryRows(db,
                                QStringLiteral("SELECT Value FROM MSysSchemaProperties WHERE "
                                               "Name = ?"),
                                {DatabaseNameProperty});
@@ -494,19 +442,19 @@ DatabaseSchema SchemaCatalog::describe(QSqlDatabase &db, const QString &fallback
             schema.name = name.first().at(0).toString();
     }
 
+    const SqlDialect &dialect = SqlDialect::of(db);
     QStringList engineTables;
-    for (const QVariantList &row :
-         rows(db, QStringLiteral("SELECT name FROM sqlite_master WHERE type = 'table' ORDER BY "
-                                 "rowid")))
-        if (!isSystemObjectName(row.at(0).toString()))
-            engineTables << row.at(0).toString();
+    for (const QString &name : dialect.tables(db))
+        if (!isSystemObjectName(name))
+            engineTables << name;
+    // Tables the catalog knows take its name (a server keeps names in lower case).
     QStringList ordered;
     if (catalog)
         for (const QVariantList &row :
-             rows(db, QStringLiteral("SELECT Name FROM MSysSchemaTables ORDER BY Position")))
-            for (const QString &t : std::as_const(engineTables))
-                if (sameName(t, row.at(0).toString()) && !containsName(ordered, t))
-                    ordered << t;
+             queryRows(db, QStringLiteral("SELECT Name FROM MSysSchemaTables ORDER BY Position")))
+            if (containsName(engineTables, row.at(0).toString()) &&
+                !containsName(ordered, row.at(0).toString()))
+                ordered << row.at(0).toString();
     for (const QString &t : std::as_const(engineTables))
         if (!containsName(ordered, t))
             ordered << t;
@@ -516,23 +464,19 @@ DatabaseSchema SchemaCatalog::describe(QSqlDatabase &db, const QString &fallback
     QStringList queryNames;
     if (catalog)
         for (const QVariantList &row :
-             rows(db, QStringLiteral("SELECT Name, SqlText, MaxRecords FROM MSysSchemaQueries "
+             queryRows(db, QStringLiteral("SELECT Name, SqlText, MaxRecords FROM MSysSchemaQueries "
                                      "ORDER BY Position"))) {
             schema.queries << SchemaQuery{row.at(0).toString(), row.at(1).toString(),
                                           row.at(2).toInt(), 0};
             queryNames << row.at(0).toString();
         }
-    for (const QVariantList &row :
-         rows(db, QStringLiteral("SELECT name, sql FROM sqlite_master WHERE type = 'view' ORDER "
-                                 "BY name")))
-        if (!containsName(queryNames, row.at(0).toString()) &&
-            !isSystemObjectName(row.at(0).toString()))
-            schema.queries << SchemaQuery{row.at(0).toString(), viewText(row.at(1).toString()), 0,
-                                          0};
+    for (const auto &[name, select] : dialect.views(db))
+        if (!containsName(queryNames, name) && !isSystemObjectName(name))
+            schema.queries << SchemaQuery{name, select, 0, 0};
 
     if (catalog)
         for (const QVariantList &row :
-             rows(db, QStringLiteral("SELECT Name, Attributes, ForeignTable, TableName FROM "
+             queryRows(db, QStringLiteral("SELECT Name, Attributes, ForeignTable, TableName FROM "
                                      "MSysSchemaRelations ORDER BY Position"))) {
             SchemaRelation r;
             r.name = row.at(0).toString();
@@ -540,10 +484,10 @@ DatabaseSchema SchemaCatalog::describe(QSqlDatabase &db, const QString &fallback
             r.foreignTable = row.at(2).toString();
             r.table = row.at(3).toString();
             for (const QVariantList &f :
-                 rows(db,
+                 queryRows(db,
                       QStringLiteral("SELECT FieldName, ForeignFieldName FROM "
-                                     "MSysSchemaRelationFields WHERE RelationName = ? ORDER "
-                                     "BY Position"),
+                                     "MSysSchemaRelationFields WHERE lower(RelationName) = "
+                                     "lower(?) ORDER BY Position"),
                       {r.name}))
                 r.fields << RelationField{f.at(0).toString(), f.at(1).toString()};
             schema.relations << r;
@@ -554,11 +498,7 @@ DatabaseSchema SchemaCatalog::describe(QSqlDatabase &db, const QString &fallback
 
 bool SchemaCatalog::hasTable(QSqlDatabase &db, const QString &table)
 {
-    for (const QVariantList &row :
-         rows(db, QStringLiteral("SELECT name FROM sqlite_master WHERE type = 'table'")))
-        if (sameName(row.at(0).toString(), table))
-            return true;
-    return false;
+    return containsName(SqlDialect::of(db).tables(db), table);
 }
 
 void SchemaCatalog::addTable(QSqlDatabase &db, const SchemaTable &table)
@@ -568,15 +508,16 @@ void SchemaCatalog::addTable(QSqlDatabase &db, const SchemaTable &table)
 
 void SchemaCatalog::addField(QSqlDatabase &db, const QString &table, const SchemaField &field)
 {
-    execute(db, QLatin1String("ALTER TABLE ") + quoteIdentifier(table) +
-                    QLatin1String(" ADD COLUMN ") + sqlmap::columnDefinition(field, false));
+    const SqlDialect &dialect = SqlDialect::of(db);
+    execute(db, QLatin1String("ALTER TABLE ") + dialect.identifier(table) +
+                    QLatin1String(" ADD COLUMN ") + dialect.columnDefinition(field, false));
     if (!hasCatalog(db))
         return;
     execute(db,
             QStringLiteral("INSERT INTO MSysSchemaFields (TableName, Position, Name, Type, Size, "
                            "Attributes, AllowZeroLength, DefaultValue, Required) VALUES (?, "
                            "(SELECT COALESCE(MAX(Position), 0) + 1 FROM MSysSchemaFields WHERE "
-                           "TableName = ?), ?, ?, ?, ?, ?, ?, ?)"),
+                           "lower(TableName) = lower(?)), ?, ?, ?, ?, ?, ?, ?)"),
             {table, table, field.name, field.type, field.size, field.attributes,
              field.allowZeroLength, nonNull(field.defaultValue), field.required});
 }

@@ -28,14 +28,18 @@ AppError fileError(const QFile &file)
                     QStringLiteral("Pagamenti"));
 }
 
-DatabaseSchema describeDatabase(const QString &path)
+DatabaseSchema describeDatabase(const DatabaseLocation &location)
 {
-    DatabaseConnection connection(path);
+    DatabaseConnection connection(location);
     if (!connection.isOpen())
         throw databaseOpenError(connection);
     const QString version = ReadEnvVar(connection.database(), VersionVariable, CurrentVersion);
     DatabaseSchema schema =
-        SchemaCatalog::describe(connection.database(), QFileInfo(path).completeBaseName());
+        SchemaCatalog::describe(connection.database(),
+                                location.isPostgres()
+                                    ? (location.database.isEmpty() ? location.service
+                                                                   : location.database)
+                                    : QFileInfo(location.filePath).completeBaseName());
     schema.version = version;
     return schema;
 }
@@ -60,11 +64,15 @@ void replaceFile(const QString &path, const QByteArray &bytes)
 
 void GenerateSchemaFile(const QString &directory, const QString &fileName)
 {
-    const QString path = paths::withTrailingSeparator(directory) + fileName;
-    if (!QFileInfo(path).isFile())
+    GenerateSchemaFile(DatabaseLocation::file(paths::withTrailingSeparator(directory) + fileName));
+}
+
+void GenerateSchemaFile(const DatabaseLocation &location)
+{
+    if (!databaseExists(location))
         return;
     try {
-        const DatabaseSchema schema = describeDatabase(path);
+        const DatabaseSchema schema = describeDatabase(location);
         replaceFile(ProgramDir() + GeneratedSchemaFileName, writeSchemaDescription(schema));
     } catch (const AppError &error) {
         msgBox(

@@ -207,4 +207,16 @@ QString indexName(const QString &table, const QString &index)
     return table + u'.' + index;
 }
 
+QString viewText(const QString &createSql)
+{
+    static const QRegularExpression pattern(
+        QStringLiteral(
+            "^\\s*CREATE\\s+(?:TEMP\\s+|TEMPORARY\\s+)?VIEW\\s+(?:IF\\s+NOT\\s+EXISTS\\s+)?"
+            "(?:\"(?:[^\"]|\"\")*\"|\\[[^\\]]*\\]|`[^`]*`|[^\\s(]+)\\s*"
+            "(?:\\([^)]*\\)\\s*)?AS\\s+(.*)$"),
+        QRegularExpression::CaseInsensitiveOption | QRegularExpression::DotMatchesEverythingOption);
+    const QRegularExpressionMatch m = pattern.match(createSql);
+    return m.hasMatch() ? m.captured(1).trimmed() : createSql;
+}
+
 } // namespace pg::localdb::sqlmap

@@ -72,6 +72,9 @@ std::optional<QString> defaultExpression(const QString &defaultValue);
 SchemaField fieldFromColumn(const QString &name, const QString &declaredType, bool notNull,
                             const QString &defaultSql);
 
+// The SELECT of a view, out of its CREATE VIEW statement.
+QString viewText(const QString &createSql);
+
 // The engine's name of an index of a table.
 QString indexName(const QString &table, const QString &index);
 

@@ -4,11 +4,20 @@ namespace pg {
 
 namespace {
 
+// SQLite's code of a failure (extended codes have at most four digits); a PostgreSQL server
+// gives a five-character state instead, which has none.
 int engineCode(const QSqlError &error)
 {
+    const QString native = error.nativeErrorCode();
     bool ok = false;
-    const int code = error.nativeErrorCode().toInt(&ok);
-    return ok ? code : 0;
+    const int code = native.toInt(&ok);
+    return ok && native.size() < 5 ? code : 0;
+}
+
+QString serverState(const QSqlError &error)
+{
+    const QString native = error.nativeErrorCode();
+    return native.size() == 5 ? native : QString();
 }
 
 } // namespace
@@ -25,7 +34,26 @@ AppError databaseError(const QSqlError &error, std::source_location where)
 bool isBusy(const QSqlError &error)
 {
     const int primary = engineCode(error) & 0xff;
-    return primary == 5 || primary == 6; // SQLITE_BUSY, SQLITE_LOCKED
+    const QString state = serverState(error);
+    // SQLITE_BUSY, SQLITE_LOCKED; a server's lock not available, serialization failure,
+    // deadlock.
+    return primary == 5 || primary == 6 || state == QLatin1String("55P03") ||
+           state == QLatin1String("40001") || state == QLatin1String("40P01");
+}
+
+bool isUniqueViolation(const QSqlError &error)
+{
+    // SQLITE_CONSTRAINT_UNIQUE and _PRIMARYKEY; a server's unique violation.
+    const int code = engineCode(error);
+    return code == 2067 || code == 1555 || serverState(error) == QLatin1String("23505");
+}
+
+bool isConnectionLost(const QSqlError &error)
+{
+    // A server's connection exceptions, and the failures libpq reports without a state.
+    const QString state = serverState(error);
+    return state.startsWith(QLatin1String("08")) || state == QLatin1String("57P01") ||
+           (error.type() == QSqlError::ConnectionError);
 }
 
 bool isNotADatabase(const QSqlError &error)

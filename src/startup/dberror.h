@@ -16,5 +16,9 @@ AppError databaseError(const QSqlError &error,
 // Engine codes the program tells apart.
 bool isBusy(const QSqlError &error);
 bool isNotADatabase(const QSqlError &error);
+// A unique index refused the row (a number another clerk took first).
+bool isUniqueViolation(const QSqlError &error);
+// The server went away in the middle of the work.
+bool isConnectionLost(const QSqlError &error);
 
 } // namespace pg

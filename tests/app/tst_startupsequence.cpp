@@ -1,6 +1,7 @@
 #include "scriptedprompter.h"
 
 #include "app/startupsequence.h"
+#include "localdb/localdatabase.h"
 
 #include <QTest>
 
@@ -59,19 +60,22 @@ void TestStartupSequence::init()
     };
     m_steps.applicationDirPath = [this] { return m_appDir; };
     m_steps.directoryExists = [this](const QString &p) { return m_existingDirs.contains(p); };
-    m_steps.fileExists = [this](const QString &p) {
-        m_log << QStringLiteral("exists ") + p;
+    m_steps.locateDatabase = [this] {
+        return localdb::DatabaseLocation::file(m_env.CompanyArchiveDir + localdb::FileName);
+    };
+    m_steps.databaseExists = [this](const localdb::DatabaseLocation &d) {
+        m_log << QStringLiteral("exists ") + d.filePath;
         return m_databaseExists;
     };
-    m_steps.createDatabase = [this](const QString &dir, const QString &file) {
-        m_log << QStringLiteral("create ") + dir + file;
+    m_steps.createDatabase = [this](const localdb::DatabaseLocation &d) {
+        m_log << QStringLiteral("create ") + d.filePath;
         return m_created;
     };
-    m_steps.generateSchemaFile = [this](const QString &dir, const QString &file) {
-        m_log << QStringLiteral("generate ") + dir + file;
+    m_steps.generateSchemaFile = [this](const localdb::DatabaseLocation &d) {
+        m_log << QStringLiteral("generate ") + d.filePath;
     };
-    m_steps.checkDatabaseVersion = [this](const QString &file) {
-        m_log << QStringLiteral("version ") + file;
+    m_steps.checkDatabaseVersion = [this](const localdb::DatabaseLocation &d) {
+        m_log << QStringLiteral("version ") + d.filePath;
         return m_versionOk;
     };
 }

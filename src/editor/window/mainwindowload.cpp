@@ -3,6 +3,7 @@
 #include "archives/store/archivenumbers.h"
 #include "archives/store/erprecord.h"
 #include "core/prompter.h"
+#include "localdb/localdatabase.h"
 #include "lists/usersettings.h"
 #include "startup/companyenvironment.h"
 #include "startup/errortrap.h"
@@ -164,9 +165,13 @@ MainWindowLoad::Outcome MainWindowLoad::Load(qint32 handle)
         });
 
     m_store = std::make_unique<distinta::DistinteStore>(m_erp.get());
-    const QString database = CompanyArchiveDir() + QStringLiteral("Pagame.db");
-    m_store->setPStrFilespec(database);
-    m_store->setPStrConn(distinta::DistinteStore::connectionStringFor(database));
+    // The company's database as its Pagame.ini says; start-up has already refused one that
+    // cannot be used.
+    const localdb::DatabaseLocation database =
+        localdb::DatabaseLocation::ofCompany(CompanyArchiveDir(), nullptr)
+            .value_or(localdb::DatabaseLocation::file(CompanyArchiveDir() + localdb::FileName));
+    m_store->setPStrFilespec(database.isPostgres() ? QString() : database.filePath);
+    m_store->setPStrConn(database.connectionString());
     m_store->setGroupDescriptionTemplate(settings.desAlt);
     // An operation interrupted by a crash or a failing archive is completed before anything
     // else, so that the suite's marks agree with the distinte from the start.
