@@ -149,8 +149,7 @@ int main(int argc, char **argv)
     archives::ErpSession erp(recorder, test::TestInstallation::Handle);
     const archives::CompanyData company = archives::CompanyData::read(erp);
     DistinteStore store(&erp);
-    store.setPStrFilespec(inst.databasePath());
-    store.setPStrConn(DistinteStore::connectionStringFor(inst.databasePath()));
+    store.setPStrConn(inst.connectionString());
 
     Distinta d;
     store.Nuovo(d);
@@ -167,7 +166,7 @@ int main(int argc, char **argv)
     for (int run = 0; run < runs; ++run) {
         {
             // Each run starts from a distinta not yet presented, as the clerk's does.
-            DatabaseConnection conn(inst.databasePath());
+            DatabaseConnection conn(inst.database());
             QSqlQuery(conn.database()).exec(QStringLiteral("UPDATE TB_TESTATA SET flg_stato = 'P'"));
         }
         store.Leggi(d, code);

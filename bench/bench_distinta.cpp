@@ -81,8 +81,7 @@ int main(int argc, char **argv)
         return 1;
 
     DistinteStore store(&inst.erp());
-    store.setPStrFilespec(inst.databasePath());
-    store.setPStrConn(DistinteStore::connectionStringFor(inst.databasePath()));
+    store.setPStrConn(inst.connectionString());
 
     QList<double> save, saveLimit, read, readLimit;
     for (int run = 0; run < runs; ++run) {
@@ -115,7 +114,7 @@ int main(int argc, char **argv)
 
         // The limits: the same rows inserted plainly, the same records read and rewritten.
         saveLimit << bench::timedMs([&] {
-            DatabaseConnection conn(inst.databasePath());
+            DatabaseConnection conn(inst.database());
             QSqlQuery q(conn.database());
             q.exec(QStringLiteral("CREATE TEMP TABLE plain AS SELECT * FROM TB_RIGHE WHERE 0"));
             conn.database().transaction();
@@ -141,7 +140,7 @@ int main(int argc, char **argv)
             }
         });
         readLimit << bench::timedMs([&] {
-            DatabaseConnection conn(inst.databasePath());
+            DatabaseConnection conn(inst.database());
             QSqlQuery q(conn.database());
             q.setForwardOnly(true);
             const int columns = int(Riga::columns().size());

@@ -18,7 +18,8 @@ namespace {
 PGconn *serverHandle(QSqlDatabase &db)
 {
     const QVariant handle = db.driver()->handle();
-    if (handle.isValid() && qstrcmp(handle.typeName(), "PGconn*") == 0)
+    if (handle.isValid() && (qstrcmp(handle.typeName(), "PGconn*") == 0 ||
+                               qstrcmp(handle.typeName(), "pg_conn*") == 0))
         return *static_cast<PGconn *const *>(handle.constData());
     return nullptr;
 }

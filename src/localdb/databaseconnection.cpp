@@ -98,7 +98,11 @@ void DatabaseConnection::openServer(Mode mode)
         return;
     }
     QSqlQuery q(m_db);
-    if (!q.exec(QStringLiteral("SET client_min_messages TO warning"))) {
+    // A lock another clerk's program holds is waited for, within reason; an administrator can
+    // set the server's options otherwise through PGOPTIONS, which libpq reads.
+    if (!q.exec(QStringLiteral("SET client_min_messages TO warning")) ||
+        (!qEnvironmentVariableIsSet("PGOPTIONS") &&
+         !q.exec(QStringLiteral("SET lock_timeout = '30s'")))) {
         failed(q.lastError());
         m_db.close();
         return;

@@ -82,7 +82,7 @@ void TestCliCommands::init()
     qputenv("ORVIDA_INI_DIR", iniDir.toLocal8Bit());
 
     m_store = std::make_unique<DistinteStore>(&m_inst->erp());
-    m_store->setPStrConn(DistinteStore::connectionStringFor(m_inst->databasePath()));
+    m_store->setPStrConn(m_inst->connectionString());
 }
 
 void TestCliCommands::cleanup()

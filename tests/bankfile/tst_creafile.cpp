@@ -91,8 +91,7 @@ void TestCreaFile::init()
     m_faulty = std::make_unique<test::FaultyRecordManager>(m_inst->store());
     m_erp = std::make_unique<archives::ErpSession>(*m_faulty, TestInstallation::Handle);
     m_store = std::make_unique<DistinteStore>(m_erp.get());
-    m_store->setPStrFilespec(m_inst->databasePath());
-    m_store->setPStrConn(DistinteStore::connectionStringFor(m_inst->databasePath()));
+    m_store->setPStrConn(m_inst->connectionString());
     m_prompter = std::make_unique<test::ScriptedPrompter>();
 }
 

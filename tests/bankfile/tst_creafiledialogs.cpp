@@ -159,8 +159,7 @@ void TestCreaFileDialogs::createGroupedDistinta()
                                              r.cod_clifor, r.val_imp_dapag_val);
     QVERIFY(m_inst->put(records));
     m_store = std::make_unique<DistinteStore>(&m_inst->erp());
-    m_store->setPStrFilespec(m_inst->databasePath());
-    m_store->setPStrConn(DistinteStore::connectionStringFor(m_inst->databasePath()));
+    m_store->setPStrConn(m_inst->connectionString());
     m_store->Nuovo(m_d);
     Testata &h = m_d.editHeader();
     h.cod_distinta = formatDistintaCode(5);

@@ -154,8 +154,7 @@ void TestCompletenessCheck::init()
     }
     QVERIFY(m_inst->put(records));
     m_store = std::make_unique<DistinteStore>(&m_inst->erp());
-    m_store->setPStrFilespec(m_inst->databasePath());
-    m_store->setPStrConn(DistinteStore::connectionStringFor(m_inst->databasePath()));
+    m_store->setPStrConn(m_inst->connectionString());
     m_prompter = std::make_unique<test::ScriptedPrompter>();
 }
 

@@ -78,7 +78,7 @@ void TestFrmChkBanca::listsAndPrintsTheIncompleteRows()
                                            r.cod_clifor, r.val_imp_dapag_val);
     QVERIFY(inst.put(items));
     DistinteStore store(&inst.erp());
-    store.setPStrConn(DistinteStore::connectionStringFor(inst.databasePath()));
+    store.setPStrConn(inst.connectionString());
     Distinta d;
     store.Nuovo(d);
     d.editHeader().cod_distinta = formatDistintaCode(9);

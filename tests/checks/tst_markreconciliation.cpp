@@ -89,7 +89,7 @@ void TestMarkReconciliation::init()
     m_faulty = std::make_unique<test::FaultyRecordManager>(m_inst->store());
     m_erp = std::make_unique<archives::ErpSession>(*m_faulty, TestInstallation::Handle);
     m_store = std::make_unique<DistinteStore>(m_erp.get());
-    m_store->setPStrConn(DistinteStore::connectionStringFor(m_inst->databasePath()));
+    m_store->setPStrConn(m_inst->connectionString());
 }
 
 void TestMarkReconciliation::save(int number, const QList<Riga> &rows)
@@ -159,7 +159,7 @@ void TestMarkReconciliation::disagreementsOfEveryKindAndTheirRepair()
     setFields(5, {{"data_dist", "20261101"}});
     setFields(7, {{"stato_dist", "3"}});
     {
-        DatabaseConnection conn(m_inst->databasePath());
+        DatabaseConnection conn(m_inst->database());
         QVERIFY(QSqlQuery(conn.database())
                     .exec(QStringLiteral("INSERT INTO TB_RIGHE (cod_distinta, flg_flag_colpar, "
                                          "des_link_orvida, des_num_doc, dat_data_doc, "

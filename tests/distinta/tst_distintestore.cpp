@@ -1,5 +1,6 @@
 #include "faultyrecordmanager.h"
 #include "scriptedprompter.h"
+#include "testdatabase.h"
 #include "testinstallation.h"
 
 #include "archives/store/archivenumbers.h"
@@ -112,8 +113,7 @@ void TestDistinteStore::init()
     m_faulty = std::make_unique<test::FaultyRecordManager>(m_inst->store());
     m_erp = std::make_unique<archives::ErpSession>(*m_faulty, TestInstallation::Handle);
     m_store = std::make_unique<DistinteStore>(m_erp.get());
-    m_store->setPStrFilespec(m_inst->databasePath());
-    m_store->setPStrConn(DistinteStore::connectionStringFor(m_inst->databasePath()));
+    m_store->setPStrConn(m_inst->connectionString());
 }
 
 Distinta TestDistinteStore::newDistinta(const QList<Riga> &rows)
@@ -142,7 +142,7 @@ archives::ErpRecord TestDistinteStore::dueItem(const QString &l)
 
 int TestDistinteStore::count(const QString &sql)
 {
-    DatabaseConnection conn(m_inst->databasePath());
+    DatabaseConnection conn(m_inst->database());
     QSqlQuery q(sql, conn.database());
     return q.next() ? q.value(0).toInt() : -1;
 }
@@ -176,7 +176,7 @@ void TestDistinteStore::numbersAndNavigation()
     QCOMPARE(d.header().flg_tipo, QStringLiteral("F"));
 
     {
-        DatabaseConnection conn(m_inst->databasePath());
+        DatabaseConnection conn(m_inst->database());
         QSqlQuery q(conn.database());
         for (const char *c : {"     9", "    10", "     3"})
             QVERIFY(q.exec(QStringLiteral("INSERT INTO TB_TESTATA (cod_distinta) VALUES ('%1')").arg(QLatin1String(c))));
@@ -207,7 +207,7 @@ void TestDistinteStore::numbersAndNavigation()
 void TestDistinteStore::numberOverflowIsAnError()
 {
     {
-        DatabaseConnection conn(m_inst->databasePath());
+        DatabaseConnection conn(m_inst->database());
         QSqlQuery(conn.database()).exec(QStringLiteral("INSERT INTO TB_TESTATA (cod_distinta) VALUES (' 32767')"));
     }
     Distinta d;
@@ -264,14 +264,22 @@ void TestDistinteStore::saveWritesExactlyWhatChanged()
 
     {
         // Count the statements a second save sends.
-        DatabaseConnection conn(m_inst->databasePath());
+        DatabaseConnection conn(m_inst->database());
         QSqlQuery q(conn.database());
         QVERIFY(q.exec(QStringLiteral("CREATE TABLE log (what TEXT)")));
+        if (test::onServer())
+            QVERIFY(q.exec(QStringLiteral(
+                "CREATE FUNCTION log_write() RETURNS trigger LANGUAGE plpgsql AS $$ BEGIN INSERT "
+                "INTO log VALUES (TG_OP || ' ' || upper(TG_TABLE_NAME)); RETURN NULL; END $$")));
         for (const char *table : {"TB_TESTATA", "TB_RIGHE", "TB_RIGHE_RAGG"})
             for (const char *op : {"INSERT", "UPDATE", "DELETE"})
-                QVERIFY(q.exec(QStringLiteral("CREATE TRIGGER t_%1_%2 AFTER %2 ON %1 BEGIN "
-                                              "INSERT INTO log VALUES ('%2 %1'); END")
-                                   .arg(QLatin1String(table), QLatin1String(op))));
+                QVERIFY(q.exec(
+                    (test::onServer()
+                         ? QStringLiteral("CREATE TRIGGER t_%1_%2 AFTER %2 ON %1 FOR EACH ROW "
+                                          "EXECUTE FUNCTION log_write()")
+                         : QStringLiteral("CREATE TRIGGER t_%1_%2 AFTER %2 ON %1 BEGIN INSERT "
+                                          "INTO log VALUES ('%2 %1'); END"))
+                        .arg(QLatin1String(table), QLatin1String(op))));
     }
     d.righe.edit(1).des_scadenza = QStringLiteral("Acconto ") + QString(70, u'x');
     QVERIFY(m_store->Salva(d, false, true));
@@ -522,16 +530,15 @@ void TestDistinteStore::lockedDatabase()
     test::ScriptedPrompter prompter;
     prompter.script({Answer::Yes});
     Distinta d = newDistinta({rowFor(link(1), QStringLiteral("6"), 100, 100)});
-    DatabaseConnection other(m_inst->databasePath());
-    QSqlQuery hold(other.database());
-    QVERIFY(hold.exec(QStringLiteral("BEGIN IMMEDIATE")));
+    test::DatabaseHold hold(m_inst->database());
+    QVERIFY(hold.isHeld());
     QVERIFY(!m_store->Salva(d, false, false));
     QCOMPARE(prompter.shown().size(), 1);
     QVERIFY(prompter.lastText().startsWith(QStringLiteral("Error 300")));
     QVERIFY(prompter.lastText().contains(QStringLiteral(" in frmMain!Sub Salva()")));
     QVERIFY(d.hasChanges());
     QCOMPARE(stateOf(link(1)), QStringLiteral("0"));
-    QVERIFY(hold.exec(QStringLiteral("ROLLBACK")));
+    hold.release();
     QVERIFY(m_store->Salva(d, false, false));
     QCOMPARE(stateOf(link(1)), QStringLiteral("5"));
 }

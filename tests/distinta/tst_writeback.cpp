@@ -126,7 +126,7 @@ void TestWriteBack::entriesAreCarriedOutOnce()
     WriteBackEntry gone = release;
     gone.link = QStringLiteral("2026000000099");
     QList<WriteBackEntry> entries{release, gone};
-    DatabaseConnection conn(inst.databasePath());
+    DatabaseConnection conn(inst.database());
     QSqlDatabase &db = conn.database();
     {
         Transaction transaction(db);

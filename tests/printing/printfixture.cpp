@@ -91,8 +91,7 @@ PrintFixture::PrintFixture() : m_inst(std::make_unique<TestInstallation>())
     m_counting = std::make_unique<FaultyRecordManager>(m_inst->store());
     m_erp = std::make_unique<archives::ErpSession>(*m_counting, TestInstallation::Handle);
     m_store = std::make_unique<distinta::DistinteStore>(m_erp.get());
-    m_store->setPStrFilespec(m_inst->databasePath());
-    m_store->setPStrConn(distinta::DistinteStore::connectionStringFor(m_inst->databasePath()));
+    m_store->setPStrConn(m_inst->connectionString());
 
     m_company.ragsoc = QStringLiteral("ORVIDA DEMO S.P.A.");
     m_company.indirizzo = QStringLiteral("Corso Italia 1");

@@ -1,10 +1,15 @@
 #include "clirun.h"
 
+#include "localdb/databaseconnection.h"
+#include "localdb/localdatabase.h"
+
 #include <QDirIterator>
+#include <QFileInfo>
 #include <QProcess>
-#include <QSqlDatabase>
 #include <QSqlQuery>
 #include <QSqlRecord>
+
+#include <optional>
 
 namespace pg::test {
 
@@ -39,28 +44,26 @@ CliRun runCli(const QStringList &arguments, const QString &iniDir)
 
 QList<QVariantList> localDatabaseRows(const QString &iniDir, const QString &sql)
 {
-    QString path;
-    QDirIterator it(iniDir, {QStringLiteral("Pagame.db")}, QDir::Files,
-                    QDirIterator::Subdirectories);
-    if (it.hasNext())
-        path = it.next();
-    QList<QVariantList> rows;
-    {
-        QSqlDatabase db =
-            QSqlDatabase::addDatabase(QStringLiteral("QSQLITE"), QStringLiteral("check"));
-        db.setDatabaseName(path);
-        if (!path.isEmpty() && db.open()) {
-            QSqlQuery query(db);
-            if (query.exec(sql))
-                while (query.next()) {
-                    QVariantList values;
-                    for (int i = 0; i < query.record().count(); ++i)
-                        values << query.value(i);
-                    rows << values;
-                }
-        }
+    // The company's Pagame.ini names a server; otherwise its Pagame.db is the database.
+    std::optional<localdb::DatabaseLocation> location;
+    for (const QString &name : {localdb::SettingsFileName, localdb::FileName}) {
+        QDirIterator it(iniDir, {name}, QDir::Files, QDirIterator::Subdirectories);
+        if (!location && it.hasNext())
+            location = localdb::DatabaseLocation::ofCompany(QFileInfo(it.next()).absolutePath(),
+                                                            nullptr);
     }
-    QSqlDatabase::removeDatabase(QStringLiteral("check"));
+    QList<QVariantList> rows;
+    if (!location)
+        return rows;
+    DatabaseConnection connection(*location);
+    QSqlQuery query(connection.database());
+    if (connection.isOpen() && query.exec(sql))
+        while (query.next()) {
+            QVariantList values;
+            for (int i = 0; i < query.record().count(); ++i)
+                values << query.value(i);
+            rows << values;
+        }
     return rows;
 }
 

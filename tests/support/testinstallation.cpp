@@ -38,8 +38,10 @@ TestInstallation::TestInstallation(bool createDatabase) : m_previous(companyEnvi
         qWarning("%s", qPrintable(error));
         return;
     }
-    if (createDatabase &&
-        !localdb::CreateDatabaseFromSchema(env.CompanyArchiveDir.chopped(1), localdb::FileName))
+    m_database = std::make_unique<TestDatabase>(env.CompanyArchiveDir);
+    if (!m_database->isValid())
+        return;
+    if (createDatabase && !localdb::CreateDatabase(m_database->location()))
         return;
     m_valid = true;
 }
@@ -48,12 +50,13 @@ TestInstallation::~TestInstallation()
 {
     m_erp.reset();
     m_store.reset();
+    m_database.reset();
     setCompanyEnvironment(m_previous);
 }
 
-QString TestInstallation::databasePath() const
+const localdb::DatabaseLocation &TestInstallation::database() const
 {
-    return CompanyArchiveDir() + localdb::FileName;
+    return m_database->location();
 }
 
 bool TestInstallation::put(const QList<archives::ErpRecord> &records)

@@ -4,6 +4,7 @@
 #include "archives/store/erprecord.h"
 #include "archives/store/erpsession.h"
 #include "startup/companyenvironment.h"
+#include "testdatabase.h"
 
 #include <QTemporaryDir>
 
@@ -13,8 +14,9 @@ namespace pg::test {
 
 // A throwaway installation of the suite for one test: archive directories with their stores,
 // a program directory with the shipped schema file, the company environment pointing at them
-// and, unless told otherwise, the local database created from that schema. The previous
-// company environment comes back when the installation goes.
+// and, unless told otherwise, the local database created from that schema (a file, or on the
+// tests' server, see TestDatabase). The previous company environment comes back when the
+// installation goes.
 class TestInstallation
 {
 public:
@@ -25,7 +27,9 @@ public:
 
     bool isValid() const { return m_valid; }
     QString root() const { return m_dir.path() + u'/'; }
-    QString databasePath() const;
+    // The company's local database, and the distinta component's connection string for it.
+    const localdb::DatabaseLocation &database() const;
+    QString connectionString() const { return database().connectionString(); }
 
     // Writes records into the stores, all or nothing (fails the test on error).
     bool put(const QList<archives::ErpRecord> &records);
@@ -52,6 +56,7 @@ public:
 
 private:
     QTemporaryDir m_dir;
+    std::unique_ptr<TestDatabase> m_database;
     CompanyEnvironment m_previous;
     bool m_valid = false;
     std::unique_ptr<archives::EmbeddedArchiveStore> m_store;

@@ -460,8 +460,7 @@ void TestRowList::removingSelectedRowsAndTotals()
     TestInstallation withDatabase;
     QVERIFY(withDatabase.isValid());
     distinta::DistinteStore store(&withDatabase.erp());
-    store.setPStrFilespec(withDatabase.databasePath());
-    store.setPStrConn(distinta::DistinteStore::connectionStringFor(withDatabase.databasePath()));
+    store.setPStrConn(withDatabase.connectionString());
     RowListView list;
     ListOnlyView view(list);
     DistintaEditor editor(store, &withDatabase.erp(), view);

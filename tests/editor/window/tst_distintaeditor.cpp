@@ -1,6 +1,7 @@
 #include "memoryrecordmanager.h"
 #include "recordingview.h"
 #include "scriptedprompter.h"
+#include "testdatabase.h"
 #include "testinstallation.h"
 
 #include "archives/store/archivenumbers.h"
@@ -54,7 +55,7 @@ private:
     void addHeader(int number, const QString &state);
     // Saves a distinta header and opens it from the list.
     void openDistinta(int number, const QString &state);
-    QString database() const { return m_dir.path() + QStringLiteral("/Pagame.db"); }
+    const localdb::DatabaseLocation &database() const { return m_database->location(); }
     // The company's bank 03069 01600, with its three records.
     void putCompanyBank();
     // A free bonifico of the account in the suite.
@@ -64,6 +65,7 @@ private:
     archives::ErpRecord dueItem(int n);
 
     QTemporaryDir m_dir;
+    std::unique_ptr<test::TestDatabase> m_database;
     std::unique_ptr<MemoryRecordManager> m_rm;
     std::unique_ptr<archives::ErpSession> m_erp;
     std::unique_ptr<distinta::DistinteStore> m_store;
@@ -84,17 +86,18 @@ void TestDistintaEditor::init()
     QVERIFY(schema.open(QIODevice::WriteOnly));
     schema.write(shippedSchemaDescription());
     schema.close();
+    m_database = std::make_unique<test::TestDatabase>(env.CompanyArchiveDir);
+    QVERIFY(m_database->isValid());
     {
         test::ScriptedPrompter quiet;
-        QVERIFY(
-            localdb::CreateDatabaseFromSchema(env.CompanyArchiveDir, QStringLiteral("Pagame.db")));
+        QVERIFY(localdb::CreateDatabase(database()));
     }
     ErrorTrap::instance().resetForTest();
     dates::setToday(QDate(2024, 3, 15));
     m_rm = std::make_unique<MemoryRecordManager>();
     m_erp = std::make_unique<archives::ErpSession>(*m_rm, 7);
     m_store = std::make_unique<distinta::DistinteStore>(m_erp.get());
-    m_store->setPStrConn(distinta::DistinteStore::connectionStringFor(database()));
+    m_store->setPStrConn(database().connectionString());
     m_view = RecordingView();
     m_editor = std::make_unique<DistintaEditor>(*m_store, m_erp.get(), m_view);
     m_editor->SetBtnGestione(QStringLiteral("YYNNYY"));
@@ -104,6 +107,7 @@ void TestDistintaEditor::cleanup()
 {
     m_editor.reset();
     m_store.reset();
+    m_database.reset();
     dates::setToday(QDate());
 }
 
@@ -533,16 +537,15 @@ void TestDistintaEditor::failedFinalSaveKeepsWhatIsSaved()
     QCOMPARE(m_view.maskShown(), QStringLiteral("YYNYYY"));
 
     // Another program holds the database: the final print's save fails.
-    DatabaseConnection other(database());
-    QSqlQuery hold(other.database());
-    QVERIFY(hold.exec(QStringLiteral("BEGIN IMMEDIATE")));
+    test::DatabaseHold hold(database());
+    QVERIFY(hold.isHeld());
     prompter.clear();
     m_editor->AggiornaFlagStato();
     QVERIFY(prompter.lastText().contains(QStringLiteral(" in frmMain!Sub Salva()")));
     QCOMPARE(m_editor->state(), QStringLiteral("P"));
     QCOMPARE(m_editor->txtdesStato(), QStringLiteral("Prova"));
     QCOMPARE(m_view.maskShown(), QStringLiteral("YYNYYY"));
-    QVERIFY(hold.exec(QStringLiteral("ROLLBACK")));
+    hold.release();
 
     m_editor->AggiornaFlagStato();
     QCOMPARE(m_editor->state(), QStringLiteral("D"));
