@@ -24,6 +24,8 @@ struct Distinta
     // Generated from a confirmed selection and not yet saved: an item in state "3" is then in
     // another distinta, never in this one.
     bool nuova = false;
+    // The version read with the distinta (see DistintaVersions); the next save raises it.
+    qint64 versione = 0;
 
     bool hasHeader() const { return !testata.isEmpty(); }
     const Testata &header() const { return testata.first(); }

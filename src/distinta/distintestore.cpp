@@ -1,5 +1,6 @@
 #include "distintestore.h"
 
+#include "distintaversions.h"
 #include "duitemupdates.h"
 #include "programvalues.h"
 #include "raggruppamento.h"
@@ -121,6 +122,7 @@ void DistinteStore::Leggi(Distinta &d, const QString &code)
     read.testata.load(sql::readRows<Testata>(db, TbTestata, QStringLiteral("WHERE cod_distinta = ?"), {code}));
     read.righe.load(sql::readRows<Riga>(db, TbRighe, RowsOfDistinta, {code}));
     read.righeRagg.load(sql::readRows<Riga>(db, TbRigheRagg, RowsOfDistinta, {code}));
+    read.versione = DistintaVersions::read(db, code);
     d = std::move(read);
 }
 
@@ -200,6 +202,13 @@ bool DistinteStore::Salva(Distinta &d, bool askFirst, bool noRegroup)
     if (!lock.acquire())
         return false;
     const DueItemUpdates updates(m_erp);
+    // What the clerk is told once the save is done: a number taken by another clerk, rows
+    // another clerk's distinta pays already.
+    QStringList notes;
+    const auto tellNotes = [&] {
+        for (const QString &note : std::as_const(notes))
+            msgBox(note, Buttons::Ok, Icon::Exclamation);
+    };
     std::unique_ptr<DatabaseConnection> conn;
     std::unique_ptr<Transaction> transaction;
     try {
@@ -210,28 +219,62 @@ bool DistinteStore::Salva(Distinta &d, bool askFirst, bool noRegroup)
         if (!updates.completePending(db))
             return false;
         conn->setDurableCommits(true);
-        transaction = std::make_unique<Transaction>(db);
-        if (!noRegroup && !underTrap(QStringLiteral("clsDistinte!RaggruppaRighe"),
-                                     [&] { raggruppaRighe(d, m_groupTemplate); }))
-            return false; // the transaction rolls back: nothing was written
-        const QList<qint64> header = sql::writeChanges(db, TbTestata, d.testata);
-        const QList<qint64> rows = sql::writeChanges(db, TbRighe, d.righe);
-        const QList<qint64> groups = sql::writeChanges(db, TbRigheRagg, d.righeRagg);
-        QList<WriteBackEntry> entries = updates.planSave(db, d);
-        WriteBackJournal::record(db, WriteBackJournal::Operation::Save, d.header().cod_distinta,
-                                 entries);
-        transaction->commit();
-        d.testata.acceptChanges(header);
-        d.righe.acceptChanges(rows);
-        d.righeRagg.acceptChanges(groups);
+        QList<WriteBackEntry> entries;
+        const bool isNew = DistintaVersions::isNew(d);
+        for (;;) {
+            transaction = std::make_unique<Transaction>(db);
+            if (isNew) {
+                if (const std::optional<QString> note = DistintaVersions::claimNumber(db, d))
+                    if (!notes.contains(*note))
+                        notes << *note;
+            } else if (!DistintaVersions::raise(db, d)) {
+                transaction->rollback();
+                msgBox(DistintaVersions::staleMessage(d.header().cod_distinta), Buttons::Ok,
+                       Icon::Exclamation);
+                return false;
+            }
+            if (!noRegroup && !underTrap(QStringLiteral("clsDistinte!RaggruppaRighe"),
+                                         [&] { raggruppaRighe(d, m_groupTemplate); }))
+                return false; // the transaction rolls back: nothing was written
+            const QList<qint64> header = sql::writeChanges(db, TbTestata, d.testata);
+            const QList<qint64> rows = sql::writeChanges(db, TbRighe, d.righe);
+            const QList<qint64> groups = sql::writeChanges(db, TbRigheRagg, d.righeRagg);
+            QList<Riga> paidElsewhere;
+            entries = updates.planSave(db, d, &paidElsewhere);
+            if (!paidElsewhere.isEmpty()) {
+                // Saved by another clerk first: those rows go, and the save starts again
+                // without them.
+                transaction->rollback();
+                for (const Riga &row : std::as_const(paidElsewhere))
+                    d.righe.removeAt(d.righe.indexOfKey(row.key()));
+                notes << DueItemUpdates::leftOutMessage(paidElsewhere);
+                if (d.righe.isEmpty()) {
+                    tellNotes();
+                    msgBox(QStringLiteral("Imposssibile salvare non esistono righe!"),
+                           Buttons::Ok, Icon::Exclamation);
+                    return false;
+                }
+                noRegroup = false;
+                continue;
+            }
+            WriteBackJournal::record(db, WriteBackJournal::Operation::Save,
+                                     d.header().cod_distinta, entries);
+            transaction->commit();
+            d.testata.acceptChanges(header);
+            d.righe.acceptChanges(rows);
+            d.righeRagg.acceptChanges(groups);
+            break;
+        }
         // Saved, the distinta is no longer new, and its removed items are the journal's now.
         d.righeDaCanc.clear();
         d.nuova = false;
+        d.versione = isNew || d.versione == 0 ? 1 : d.versione + 1;
         transaction.reset();
         conn->setDurableCommits(false);
 
         // The local distinta and its journal are committed before any due item is touched.
         updates.carryOut(db, entries, true, QStringLiteral("Salva"));
+        tellNotes();
         return true;
     } catch (const ProcessEnded &) {
         throw;
@@ -243,6 +286,7 @@ bool DistinteStore::Salva(Distinta &d, bool askFirst, bool noRegroup)
             msgBox(error.description());
         if (transaction)
             transaction->rollback();
+        tellNotes();
         return false;
     }
 }
@@ -252,9 +296,16 @@ bool DistinteStore::SalvaDesc(Distinta &d)
     try {
         auto conn = open();
         Transaction transaction(conn->database());
+        if (!DistintaVersions::raise(conn->database(), d)) {
+            transaction.rollback();
+            msgBox(DistintaVersions::staleMessage(d.header().cod_distinta), Buttons::Ok,
+                   Icon::Exclamation);
+            return false;
+        }
         const QList<qint64> groups = sql::writeChanges(conn->database(), TbRigheRagg, d.righeRagg);
         transaction.commit();
         d.righeRagg.acceptChanges(groups);
+        d.versione = d.versione == 0 ? 1 : d.versione + 1;
         return true;
     } catch (const ProcessEnded &) {
         throw;
@@ -297,6 +348,7 @@ bool DistinteStore::Cancella(Distinta &d)
         rows.removeAll();
         groups.removeAll();
         run(db, QStringLiteral("DELETE FROM TB_TESTATA WHERE cod_distinta = ?"), {code});
+        DistintaVersions::remove(db, code);
         sql::writeChanges(db, TbRighe, rows);
         sql::writeChanges(db, TbRigheRagg, groups);
         transaction->commit();

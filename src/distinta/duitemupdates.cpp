@@ -1,5 +1,6 @@
 #include "duitemupdates.h"
 
+#include "batchstatement.h"
 #include "distintestore.h"
 #include "rowcounter.h"
 #include "writebackapplier.h"
@@ -7,7 +8,10 @@
 
 #include "core/apperror.h"
 #include "core/prompter.h"
+#include "core/money.h"
 #include "core/vbdate.h"
+
+#include <cmath>
 
 namespace pg::distinta {
 
@@ -26,6 +30,27 @@ QString rowItem(const Riga &row)
     return QStringLiteral("documento %1 del %2, rata %3, conto %4")
         .arg(document, dates::ymdToDmy(row.dat_data_doc), row.des_num_rata.trimmed(),
              row.cod_clifor.trimmed());
+}
+
+// Whether the other saved distinte already pay the row's due item: any of them for a type
+// that is always paid whole, or together with this row more than the item's amount.
+bool isPaidElsewhere(QSqlDatabase &db, const QString &code, const Riga &row)
+{
+    BatchStatement query(db, QStringLiteral("SELECT COUNT(*), SUM(COALESCE(val_imp_indist_val, "
+                                            "val_imp_residuo_val)) FROM TB_RIGHE WHERE "
+                                            "flg_flag_colpar = ? AND des_link_orvida = ? AND "
+                                            "cod_distinta <> ?"));
+    query.bind(0, row.flg_flag_colpar);
+    query.bind(1, row.des_link_orvida);
+    query.bind(2, code);
+    if (!query.next() || query.value(0).toInt() == 0)
+        return false;
+    if (!takesDistintaState(row.cod_tipo_pag))
+        return true;
+    const double here = row.val_imp_indist_val.value_or(row.val_imp_residuo_val);
+    // Credit notes are negative: what counts is how much of the item is taken.
+    const double taken = money::fromCents(money::toCents(query.real(1)) + money::toCents(here));
+    return money::exceeds(std::abs(taken), std::abs(row.val_imp_dapag_val));
 }
 
 void tellConflicts(const QList<WriteBackEntry> &conflicts)
@@ -48,7 +73,8 @@ archives::ErpSession &DueItemUpdates::erp() const
     return *m_erp;
 }
 
-QList<WriteBackEntry> DueItemUpdates::planSave(QSqlDatabase &db, const Distinta &d) const
+QList<WriteBackEntry> DueItemUpdates::planSave(QSqlDatabase &db, const Distinta &d,
+                                               QList<Riga> *paidElsewhere) const
 {
     WriteBackPlan plan(erp());
     // An item removed that cannot be read now would stay marked with no distinta behind it:
@@ -62,6 +88,12 @@ QList<WriteBackEntry> DueItemUpdates::planSave(QSqlDatabase &db, const Distinta 
         const Riga &row = d.righe.at(i);
         switch (plan.markRow(row, header, std::ref(counter))) {
         case ErpWriteBack::Read::Found:
+            // A row added since the distinta was read, whose item the suite shows in a
+            // distinta: another clerk may have saved it first.
+            if (d.righe.entries().at(i).status == RecordSet<Riga>::Status::Added &&
+                plan.before(row.key())->markDist == u"B" &&
+                isPaidElsewhere(db, header.cod_distinta, row))
+                paidElsewhere->append(row);
             break;
         case ErpWriteBack::Read::NotFound:
             throw AppError(DistinteStore::ErrSalvaRicerca,
@@ -147,6 +179,19 @@ bool DueItemUpdates::completePending(QSqlDatabase &db) const
                    .arg(result.pending.size()),
            Buttons::Ok, Icon::Critical);
     return false;
+}
+
+QString DueItemUpdates::leftOutMessage(const QList<Riga> &rows)
+{
+    QString text = QStringLiteral("Queste scadenze sono state messe in un'altra distinta, salvata "
+                                  "da un altro utente dopo la selezione: sono state tolte da "
+                                  "questa distinta perché non vengano pagate due volte.");
+    constexpr int MaxLines = 20;
+    for (qsizetype i = 0; i < rows.size() && i < MaxLines; ++i)
+        text += CrLf + rowItem(rows.at(i));
+    if (rows.size() > MaxLines)
+        text += CrLf + QStringLiteral("... e altre %1.").arg(rows.size() - MaxLines);
+    return text;
 }
 
 int DueItemUpdates::pendingCount(QSqlDatabase &db)

@@ -33,7 +33,13 @@ public:
     // The row counts for state "3" are taken on db, inside the save's transaction, after its
     // rows are written. A row whose due item cannot be read raises "Errore in ricerca
     // archivi [orvida]" (naming the item when the suite no longer has it).
-    QList<WriteBackEntry> planSave(QSqlDatabase &db, const Distinta &d) const;
+    // Rows added since the distinta was read whose due item other saved distinte already pay
+    // (for its whole amount, or for more than what this row would leave free) are given in
+    // paidElsewhere: saving them would pay the item twice.
+    QList<WriteBackEntry> planSave(QSqlDatabase &db, const Distinta &d,
+                                   QList<Riga> *paidElsewhere) const;
+    // The message that tells the clerk which rows were left out of a save, and why.
+    static QString leftOutMessage(const QList<Riga> &rows);
     // The delete: the due item of every row as saved is released. Items the suite no longer
     // has need nothing; any other failure to read raises the delete's search error.
     QList<WriteBackEntry> planDelete(const QList<Riga> &savedRows) const;

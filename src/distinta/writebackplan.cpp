@@ -62,6 +62,12 @@ ErpWriteBack::Read WriteBackPlan::markRow(const Riga &row, const Testata &header
     return read;
 }
 
+const DueItemMarks *WriteBackPlan::before(const QString &key) const
+{
+    const auto known = m_byKey.constFind(key);
+    return known == m_byKey.cend() ? nullptr : &m_entries.at(*known).before;
+}
+
 QList<WriteBackEntry> WriteBackPlan::entries() const
 {
     QList<WriteBackEntry> changes;

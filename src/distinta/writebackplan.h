@@ -34,6 +34,9 @@ public:
     ErpWriteBack::Read markRow(const Riga &row, const Testata &header,
                                const std::function<int(const QString &key)> &rowsWithKey);
 
+    // What the suite showed of a due item when it was planned (nothing when it was not).
+    const DueItemMarks *before(const QString &key) const;
+
     // The entries that change something, in the order they were first planned.
     QList<WriteBackEntry> entries() const;
 

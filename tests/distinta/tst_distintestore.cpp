@@ -7,6 +7,7 @@
 #include "checks/markreconciliation.h"
 #include "core/apperror.h"
 #include "core/vbdate.h"
+#include "distinta/distintaversions.h"
 #include "distinta/distintestore.h"
 #include "distinta/programvalues.h"
 #include "localdb/databaseconnection.h"
@@ -75,6 +76,7 @@ private slots:
     void releasedAndAddedAgainIsOneChange();
     void lockedDatabase();
     void stateChangeAndSingleRowMarking();
+    void twoClerksAtOnce();
 
 private:
     std::unique_ptr<TestInstallation> m_inst;
@@ -567,6 +569,89 @@ void TestDistinteStore::stateChangeAndSingleRowMarking()
     QVERIFY(!m_store->ControllaDatiBanca(d.righe));
     d.righe.edit(0).cod_tipo_pag = QStringLiteral("3");
     QVERIFY(m_store->ControllaDatiBanca(d.righe));
+}
+
+void TestDistinteStore::twoClerksAtOnce()
+{
+    test::ScriptedPrompter prompter;
+    DistinteStore other(m_erp.get());
+    other.setPStrConn(m_inst->connectionString());
+    const auto distintaOf = [&](DistinteStore &store, const QList<Riga> &rows) {
+        Distinta d;
+        store.Nuovo(d);
+        d.editHeader().cod_abi_banca = QStringLiteral("02008");
+        d.editHeader().cod_cab_banca = QStringLiteral("01600");
+        for (Riga r : rows) {
+            r.cod_distinta = d.header().cod_distinta;
+            d.righe.append(r);
+        }
+        return d;
+    };
+    const auto rowsOf = [&](const QString &code) {
+        return count(QStringLiteral("SELECT COUNT(*) FROM TB_RIGHE WHERE cod_distinta = '%1'")
+                         .arg(code));
+    };
+
+    // Both press "Nuova distinta" before either saves: the same number, and the same free
+    // items, item 1 whole in both, item 2 in parts that together do not pass its amount.
+    Distinta mine = distintaOf(*m_store, {rowFor(link(1), QStringLiteral("6"), 100, 100),
+                                          rowFor(link(2), QStringLiteral("6"), 200, 120),
+                                          rowFor(link(3), QStringLiteral("6"), 300, 300)});
+    Distinta theirs = distintaOf(other, {rowFor(link(1), QStringLiteral("6"), 100, 100),
+                                         rowFor(link(2), QStringLiteral("6"), 200, 80),
+                                         rowFor(link(4), QStringLiteral("6"), 400, 400)});
+    QCOMPARE(theirs.header().cod_distinta, mine.header().cod_distinta);
+    QVERIFY(m_store->Salva(mine, false, false));
+    QVERIFY(prompter.shown().isEmpty());
+    QVERIFY(other.Salva(theirs, false, false));
+    // The second takes the next number and leaves out the item the first pays whole.
+    QCOMPARE(theirs.header().cod_distinta, QStringLiteral("     2"));
+    QCOMPARE(prompter.texts().size(), 2);
+    QVERIFY(prompter.texts().at(0).contains(QStringLiteral("salvata con il numero 2")));
+    QVERIFY(prompter.texts().at(1).contains(QStringLiteral("documento ") + link(1).right(6)));
+    QVERIFY(!prompter.texts().at(1).contains(QStringLiteral("documento ") + link(2).right(6)));
+    QCOMPARE(rowsOf(QStringLiteral("     1")), 3);
+    QCOMPARE(rowsOf(QStringLiteral("     2")), 2);
+    QCOMPARE(stateOf(link(1)), QStringLiteral("5"));
+    QCOMPARE(stateOf(link(2)), QStringLiteral("4"));
+    QCOMPARE(disagreements(), QStringList());
+
+    // A third wants more of item 2 than is left: with nothing else to save, nothing is saved.
+    prompter.clear();
+    Distinta late = distintaOf(other, {rowFor(link(2), QStringLiteral("6"), 200, 10)});
+    QVERIFY(!other.Salva(late, false, false));
+    QCOMPARE(prompter.texts().size(), 2);
+    QCOMPARE(prompter.texts().last(), QStringLiteral("Imposssibile salvare non esistono righe!"));
+    QCOMPARE(count(QStringLiteral("SELECT COUNT(*) FROM TB_TESTATA")), 2);
+
+    // The same distinta open twice: the second save of what it read before the first is
+    // refused, and saved once read again.
+    Distinta first, second;
+    m_store->Leggi(first, QStringLiteral("     1"));
+    other.Leggi(second, QStringLiteral("     1"));
+    first.righe.edit(0).des_scadenza = QStringLiteral("Prima finestra");
+    QVERIFY(m_store->Salva(first, false, true));
+    second.righe.edit(0).des_scadenza = QStringLiteral("Seconda finestra");
+    prompter.clear();
+    QVERIFY(!other.Salva(second, false, true));
+    QCOMPARE(prompter.texts(), QStringList{DistintaVersions::staleMessage(QStringLiteral("1"))});
+    QCOMPARE(count(QStringLiteral("SELECT COUNT(*) FROM TB_RIGHE WHERE des_scadenza = "
+                                  "'Prima finestra'")),
+             1);
+    other.Leggi(second, QStringLiteral("     1"));
+    second.righe.edit(0).des_scadenza = QStringLiteral("Seconda finestra");
+    QVERIFY(other.Salva(second, false, true));
+
+    // Deleted meanwhile: not saved back.
+    m_store->Leggi(first, QStringLiteral("     2"));
+    other.Leggi(second, QStringLiteral("     2"));
+    QVERIFY(m_store->Cancella(first));
+    second.righe.edit(0).des_scadenza = QStringLiteral("Dopo l'eliminazione");
+    prompter.clear();
+    QVERIFY(!other.Salva(second, false, true));
+    QCOMPARE(prompter.texts(), QStringList{DistintaVersions::staleMessage(QStringLiteral("2"))});
+    QCOMPARE(rowsOf(QStringLiteral("     2")), 0);
+    QCOMPARE(disagreements(), QStringList());
 }
 
 QTEST_GUILESS_MAIN(TestDistinteStore)

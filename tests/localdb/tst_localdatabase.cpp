@@ -101,13 +101,15 @@ QVariant scalar(QSqlDatabase &db, const QString &sql, const QVariantList &values
 }
 
 // The shipped description without the two columns that the conversion adds.
-// The schema of an older release: no amounts in distinta, no write-back journal.
+// The schema of an older release: no amounts in distinta, no write-back journal, no versions of
+// the distinte.
 QByteArray schemaOf060700()
 {
     QByteArray out;
     bool journal = false;
     for (const QByteArray &line : shippedSchemaDescription().split('\n')) {
-        journal = journal || line.startsWith("Tabella\tTB_GIORNALE");
+        journal = journal || line.startsWith("Tabella\tTB_GIORNALE") ||
+                  line.startsWith("Tabella\tTB_VERSIONI");
         if (!line.isEmpty() && !line.contains("val_imp_indist_") && !journal)
             out += line + '\n';
         journal = journal && !line.startsWith("FineTabella");
@@ -404,7 +406,7 @@ void TestLocalDatabase::refusedSchemaLeavesNothing_data()
     badQuery.replace("FROM TB_TESTATA ORDER BY", "FROM TB_NESSUNA ORDER BY");
     QTest::newRow("query the engine refuses")
         << badQuery
-        << installation + QStringLiteral("\r\nRiga 137: la query \"qryUltimaDistinta\" "
+        << installation + QStringLiteral("\r\nRiga 144: la query \"qryUltimaDistinta\" "
                                          "non è valida: no such table: TB_NESSUNA");
 
     QByteArray outside = shippedSchemaDescription();

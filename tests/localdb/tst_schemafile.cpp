@@ -64,7 +64,7 @@ void TestSchemaFile::shippedFile()
         tables << t.name;
     QCOMPARE(tables, QStringList({QStringLiteral("TB_TESTATA"), QStringLiteral("TB_RIGHE"),
                                   QStringLiteral("TB_RIGHE_RAGG"), QStringLiteral("_tblSys_EnvVar"),
-                                  QStringLiteral("TB_GIORNALE")}));
+                                  QStringLiteral("TB_GIORNALE"), QStringLiteral("TB_VERSIONI")}));
     // Rows and grouped rows are the same columns.
     QCOMPARE(schema.tables.at(1).fields.size(), 32);
     for (qsizetype i = 0; i < schema.tables.at(1).fields.size(); ++i)
