@@ -159,10 +159,7 @@ QByteArray RibaRecords::recordEF(QByteArrayView ib, int dispositions, qint64 tot
                                  int lineCount)
 {
     return CbiLine(QLatin1StringView("EF"))
-        .copied(ib.sliced(3, 5), 5)
-        .copied(ib.sliced(8, 5), 5)
-        .copied(ib.sliced(13, 6), 6)
-        .copied(ib.sliced(19, 20), 20)
+        .support(ib)
         .blanks(6)
         .number(dispositions, 7)
         .number(totalCents, 15)
