@@ -1,16 +1,11 @@
 #include "bankdata.h"
-#include "faultyrecordmanager.h"
-#include "scriptedprompter.h"
-#include "testinstallation.h"
+#include "bankfilefixture.h"
 
 #include "archives/store/archivenumbers.h"
 #include "bankfile/ribafilecommand.h"
 #include "bankfile/ribarecords.h"
 #include "core/distintacode.h"
-#include "distinta/distintestore.h"
-#include "lists/usersettings.h"
 #include "startup/companyenvironment.h"
-#include "startup/errortrap.h"
 
 #include <QDir>
 #include <QTest>
@@ -92,7 +87,7 @@ const QString Completed = QStringLiteral("Elaborazione Completata");
 
 } // namespace
 
-class TestRibaFile : public QObject
+class TestRibaFile : public QObject, protected BankFileFixture
 {
     Q_OBJECT
 
@@ -110,24 +105,10 @@ private:
     Distinta saved7(const QList<Riga> &rows, const QString &type = QStringLiteral("C"));
     QString markOf(const Riga &row);
 
-    QLocale m_locale;
-    UserSettings m_settings;
-    std::unique_ptr<ScriptedPrompter> m_prompter;
-    std::unique_ptr<TestInstallation> m_inst;
-    std::unique_ptr<FaultyRecordManager> m_faulty;
-    std::unique_ptr<archives::ErpSession> m_erp;
-    std::unique_ptr<DistinteStore> m_store;
 };
 
 void TestRibaFile::init()
 {
-    m_locale = QLocale();
-    QLocale::setDefault(QLocale(QLocale::Italian, QLocale::Italy));
-    m_settings = currentSettings();
-    currentSettings() = UserSettings();
-    ErrorTrap::instance().resetForTest();
-    m_inst = std::make_unique<TestInstallation>();
-    QVERIFY(m_inst->isValid());
     ErpRecord az3(archives::TabelleAzienda, QStringLiteral("AZ3"));
     az3.setText(QStringLiteral("partita_iva"), QStringLiteral("IT01234567897"));
     ErpRecord site(archives::SediClientiFornitori);
@@ -157,24 +138,12 @@ void TestRibaFile::init()
         records << TestInstallation::dueItem(QStringLiteral("F"),
                                              QStringLiteral("00000000007") + QLatin1String(link),
                                              QStringLiteral("1"), QStringLiteral("100001"), 1);
-    QVERIFY(m_inst->put(records));
-    m_faulty = std::make_unique<FaultyRecordManager>(m_inst->store());
-    m_erp = std::make_unique<archives::ErpSession>(*m_faulty, TestInstallation::Handle);
-    m_store = std::make_unique<DistinteStore>(m_erp.get());
-    m_store->setPStrFilespec(m_inst->databasePath());
-    m_store->setPStrConn(DistinteStore::connectionStringFor(m_inst->databasePath()));
-    m_prompter = std::make_unique<ScriptedPrompter>();
+    QVERIFY(setUpSuite(records));
 }
 
 void TestRibaFile::cleanup()
 {
-    m_prompter.reset();
-    m_store.reset();
-    m_erp.reset();
-    m_faulty.reset();
-    m_inst.reset();
-    currentSettings() = m_settings;
-    QLocale::setDefault(m_locale);
+    tearDownSuite();
 }
 
 Distinta TestRibaFile::saved7(const QList<Riga> &rows, const QString &type)
