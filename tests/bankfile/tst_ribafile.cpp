@@ -104,24 +104,17 @@ private:
     // Distinta 7 saved with the rows given, and read again.
     Distinta saved7(const QList<Riga> &rows, const QString &type = QStringLiteral("C"));
     QString markOf(const Riga &row);
-
 };
 
 void TestRibaFile::init()
 {
     ErpRecord az3(archives::TabelleAzienda, QStringLiteral("AZ3"));
     az3.setText(QStringLiteral("partita_iva"), QStringLiteral("IT01234567897"));
-    ErpRecord site(archives::SediClientiFornitori);
-    site.setText(QStringLiteral("cod_clifor"), QStringLiteral("100002"));
-    site.setText(QStringLiteral("tipo_sede"), QStringLiteral("A"));
-    site.setText(QStringLiteral("cod_sede"), QStringLiteral("000001"));
-    site.setText(QStringLiteral("indirizzo"), QStringLiteral("PIAZZA DEL CAMPO 1"));
-    site.setText(QStringLiteral("cap"), QStringLiteral("53100"));
-    site.setText(QStringLiteral("citta"), QStringLiteral("SIENA"));
-    site.setText(QStringLiteral("provincia"), QStringLiteral("SI"));
     QList<ErpRecord> records = suiteRecords();
     records.removeIf([](const ErpRecord &r) { return r.recordType() == u"AZ3"; });
-    records << az3 << site
+    records << az3
+            << site(QStringLiteral("100002"), QStringLiteral("PIAZZA DEL CAMPO 1"),
+                    QStringLiteral("53100"), QStringLiteral("SIENA"), QStringLiteral("SI"))
             << customer(QStringLiteral("100001"),
                         QStringLiteral("Società Agricola Perù & Cantù S.r.l."),
                         QStringLiteral("Via Nazionale 12"), QStringLiteral("00184"),
