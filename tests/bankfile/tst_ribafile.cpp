@@ -18,8 +18,8 @@ using pg::bankfile::RibaFileCommand;
 
 namespace {
 
-// The RiBa dialog as the tests answer it: it keeps what it was shown and may change the SIA
-// code, the grouping and the file name.
+// The RiBa dialog as the tests answer it: it keeps what it was shown and gives back the SIA
+// code and the grouping it was told.
 class RibaSpy : public bankfile::RibaFileDialog
 {
 public:
