@@ -2,6 +2,7 @@
 
 #include "bankfile/creafilecommand.h"
 #include "bankfile/desktopcreafiledialog.h"
+#include "bankfile/ribafilecommand.h"
 #include "checks/completenesscheck.h"
 #include "checks/reportviewer.h"
 #include "checks/verificacommand.h"
@@ -38,6 +39,17 @@ std::function<bool(distinta::Distinta &)> saveWithoutAsking(editor::MainWindow &
     };
 }
 
+// Runs a bank-file command on the distinta shown; true when the file was written.
+template<typename Command, typename Dialog>
+bool writeBankFile(editor::MainWindow &window, editor::MainWindowLoad &load,
+                   editor::DistintaEditor &editor, Dialog &dialog)
+{
+    Command command(*load.store(), *load.erp(), load.company(), dialog);
+    return command.cmdCreaFile(editor.distinta(), editor.hasUnsavedChanges(),
+                               saveWithoutAsking(window, *load.store())) ==
+           Command::Outcome::Written;
+}
+
 } // namespace
 
 void installFileCommandHooks(editor::MainWindow &window, editor::MainWindowLoad &load)
@@ -47,10 +59,12 @@ void installFileCommandHooks(editor::MainWindow &window, editor::MainWindowLoad 
         if (!load.store() || !load.erp())
             return;
         bankfile::DesktopCreaFileDialog dialog(*load.store(), load.erp(), parent);
-        bankfile::CreaFileCommand command(*load.store(), *load.erp(), load.company(), dialog);
-        const auto outcome = command.cmdCreaFile(editor.distinta(), editor.hasUnsavedChanges(),
-                                                 saveWithoutAsking(window, *load.store()));
-        if (outcome == bankfile::CreaFileCommand::Outcome::Written)
+        // A customers' distinta presents its ricevute bancarie: its file is the RiBa one.
+        const bool written =
+            bankfile::RibaFileCommand::isCustomersDistinta(editor.distinta().header())
+                ? writeBankFile<bankfile::RibaFileCommand>(window, load, editor, dialog)
+                : writeBankFile<bankfile::CreaFileCommand>(window, load, editor, dialog);
+        if (written)
             showSaved(window, *load.store());
     };
     hooks.completenessCheck = [&window, &load](editor::DistintaEditor &editor, QWidget *) {

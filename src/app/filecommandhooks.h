@@ -8,7 +8,8 @@ class MainWindowLoad;
 namespace pg::app {
 
 // Puts the commands that write files into the main window's hooks: "File Bonifici" (the
-// bank file, through its dialogs), the completeness check (its report opened for the clerk
+// bank file, through its dialogs: the credit-transfer file of a suppliers' distinta, the RiBa
+// file of a customers' one), the completeness check (its report opened for the clerk
 // when it lists errors) and "Verifica" (the reconciliation of the due items with the saved
 // distinte, its report opened when they disagree). The first two save pending changes first
 // without asking, and the window shows the distinta again afterwards: the bank file moves it

@@ -125,6 +125,14 @@ CbiLine &CbiLine::copied(QByteArrayView bytes, int n)
     return *this;
 }
 
+CbiLine &CbiLine::support(QByteArrayView header)
+{
+    return copied(header.sliced(3, 5), 5)
+        .copied(header.sliced(8, 5), 5)
+        .copied(header.sliced(13, 6), 6)
+        .copied(header.sliced(19, 20), 20);
+}
+
 CbiLine &CbiLine::blanks(int n)
 {
     grow(m_bytes.size() + n, ' ');

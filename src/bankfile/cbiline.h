@@ -31,6 +31,9 @@ public:
     CbiLine &fixed(QStringView text, int n);
     // Bytes of the file copied as they are (fields of another record), cut or blank-filled.
     CbiLine &copied(QByteArrayView bytes, int n);
+    // The support fields of a header record ("PC", "IB") copied into its trailer "EF": its
+    // positions 4-39, sender (5), receiver (5), creation date (6) and support name (20).
+    CbiLine &support(QByteArrayView header);
     CbiLine &blanks(int n);
     // Constant characters of the record layout.
     CbiLine &literal(QLatin1StringView text);

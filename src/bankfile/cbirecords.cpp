@@ -17,13 +17,6 @@ QString alphaText(const QString &text, int n)
     return RiempiCampoA(CbiRecords::plain(text), n);
 }
 
-// City and province as one text. The city is taken without its trailing blanks, so that the
-// province follows it after one blank ("MILANO MI") and stays inside the field.
-QString cityAndProvince(const QString &citta, const QString &provincia)
-{
-    return trimBlanks(CbiRecords::plain(citta)) + u' ' + CbiRecords::plain(provincia);
-}
-
 } // namespace
 
 bool Iban::isComplete() const
@@ -48,6 +41,16 @@ QString CbiRecords::taxIdentifier(const QString &first, const QString &second)
 bool CbiRecords::hasSeries(const QString &serie)
 {
     return !trimBlanks(serie).isEmpty();
+}
+
+QString CbiRecords::cityAndProvince(const QString &citta, const QString &provincia)
+{
+    return trimBlanks(plain(citta)) + u' ' + plain(provincia);
+}
+
+QString CbiRecords::bankAndAgency(const QString &nomeBanca, const QString &nomeAgenzia)
+{
+    return trimBlanks(alphaText(nomeBanca, 50)) + u' ' + plain(nomeAgenzia);
 }
 
 QByteArray CbiRecords::recordPC(const distinta::Testata &header)
@@ -143,7 +146,7 @@ QByteArray CbiRecords::record40(int num, const Indirizzo &indirizzo, const QStri
         .alpha(indirizzo.indirizzo, 30)
         .alpha(indirizzo.cap, 5)
         .alpha(cityAndProvince(indirizzo.citta, indirizzo.provincia), 25)
-        .alpha(trimBlanks(alphaText(nomeBanca, 50)) + u' ' + plain(nomeAgenzia), 50)
+        .alpha(bankAndAgency(nomeBanca, nomeAgenzia), 50)
         .finish(Width);
 }
 
@@ -173,10 +176,7 @@ QByteArray CbiRecords::record70(int num)
 QByteArray CbiRecords::recordEF(QByteArrayView pc, const distinta::Testata &header, int lineCount)
 {
     return CbiLine(QLatin1StringView("EF"))
-        .copied(pc.sliced(3, 5), 5)
-        .copied(pc.sliced(8, 5), 5)
-        .copied(pc.sliced(13, 6), 6)
-        .copied(pc.sliced(19, 20), 20)
+        .support(pc)
         .blanks(6)
         .number(header.num_numero_disp, 7)
         .literal(QLatin1StringView("000000000000000"))

@@ -94,6 +94,14 @@ public:
     // True when a document has a series: the series is not blank (a single blank is how the
     // suite keeps "no series"). The document is then named number + "/" + series.
     static bool hasSeries(const QString &serie);
+
+    // City and province as one text. The city is taken without its trailing blanks, so that
+    // the province follows it after one blank ("MILANO MI") and stays inside the field.
+    static QString cityAndProvince(const QString &citta, const QString &provincia);
+
+    // The bank and its agency named in one field of 50: the bank's name cut to the field and
+    // trimmed, one blank, the agency's name.
+    static QString bankAndAgency(const QString &nomeBanca, const QString &nomeAgenzia);
 };
 
 } // namespace pg::bankfile

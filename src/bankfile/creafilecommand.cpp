@@ -1,21 +1,18 @@
 #include "creafilecommand.h"
 
 #include "bonificifile.h"
+#include "filecommandsupport.h"
 #include "sepaxmlfile.h"
 #include "xsdvalidator.h"
 
-#include "core/apperror.h"
 #include "core/distintacode.h"
 #include "core/prompter.h"
 #include "core/vbdate.h"
 #include "distinta/distintestore.h"
 #include "lists/usersettings.h"
-#include "startup/companyenvironment.h"
 #include "startup/errortrap.h"
 
 #include <QDateTime>
-#include <QDir>
-#include <QSaveFile>
 
 namespace pg::bankfile {
 
@@ -26,19 +23,17 @@ CreaFileCommand::CreaFileCommand(distinta::DistinteStore &store, archives::ErpSe
 
 bool CreaFileCommand::ControllaValutaDistinta(const distinta::Testata &header)
 {
-    const QString code = header.cod_valuta.trimmed();
-    return code.isEmpty() || code.compare(QStringLiteral("EU"), Qt::CaseInsensitive) == 0;
+    return isEuro(header.cod_valuta);
 }
 
 QString CreaFileCommand::proposedPath(const QString &codDistinta, BankFileFormat format)
 {
-    return OrvidaDir() + QStringLiteral("D_STM/CBI_") + codDistinta.trimmed() +
-           CreaFileFields::extension(format);
+    return stmFilePath(QStringLiteral("CBI_"), codDistinta, CreaFileFields::extension(format));
 }
 
 QString CreaFileCommand::fileTag(const QString &codDistinta, BankFileFormat format)
 {
-    return QStringLiteral("/CBI_") + codDistinta.trimmed() + CreaFileFields::extension(format);
+    return stmFileTag(QStringLiteral("CBI_"), codDistinta, CreaFileFields::extension(format));
 }
 
 QString CreaFileCommand::messaggioCucMancante()
@@ -52,17 +47,6 @@ QString CreaFileCommand::messaggioCucErrato(const QString &cuc)
     return QStringLiteral("Il codice CUC dell'azienda '") + cuc +
            QStringLiteral("' non è valido: deve essere di 8 lettere o cifre.");
 }
-
-namespace {
-
-AppError pathError(const QString &path, const QString &reason)
-{
-    return AppError(AppError::PathFileAccess, QStringLiteral("Path/File access error: ") +
-                                                  QDir::toNativeSeparators(path) +
-                                                  QStringLiteral(" (") + reason + u')');
-}
-
-} // namespace
 
 CreaFileCommand::Outcome
 CreaFileCommand::cmdCreaFile(distinta::Distinta &d, bool unsavedChanges,
@@ -143,19 +127,8 @@ CreaFileCommand::run(distinta::Distinta &d, bool unsavedChanges,
         return Outcome::Failed;
     }
 
-    m_store.AggiornaFlagStato(d, QStringLiteral("F"));
-    msgBox(QStringLiteral("Elaborazione Completata"));
+    markPresented(m_store, d);
     return Outcome::Written;
-}
-
-bool CreaFileCommand::markDueItems(const distinta::Testata &header,
-                                   const distinta::RecordSet<distinta::Riga> &rows)
-{
-    QList<distinta::Riga> list;
-    list.reserve(rows.size());
-    for (int k = 0; k < rows.size(); ++k)
-        list << rows.at(k);
-    return m_store.AggiornaScadenze(header, list, QStringLiteral("cmdCreaFile"));
 }
 
 bool CreaFileCommand::writeFile(distinta::Distinta &d, bool grouped, bool modDescr)
@@ -163,20 +136,16 @@ bool CreaFileCommand::writeFile(distinta::Distinta &d, bool grouped, bool modDes
     // A copy of the rows the dispositions come from: the saves below must not move them.
     const distinta::RecordSet<distinta::Riga> rows = grouped ? d.righeRagg : d.righe;
 
-    QSaveFile file(m_outputPath);
-    if (!file.open(QIODevice::WriteOnly))
-        throw pathError(m_outputPath, file.errorString());
-
-    BonificiFile bonifici(m_erp, m_company, modDescr);
-    bonifici.build(d.header(), rows);
-    // Plain rows mark their due items in the suite (AggiornaScadenza) before the file is
-    // written, as one journaled operation.
-    if (!grouped && !markDueItems(d.header(), rows))
-        return false;
-    bonifici.write(file);
-    if (!file.commit())
-        throw pathError(m_outputPath, file.errorString());
-    return true;
+    return writeWholeFile(m_outputPath, [&](QIODevice &file) {
+        BonificiFile bonifici(m_erp, m_company, modDescr);
+        bonifici.build(d.header(), rows);
+        // Plain rows mark their due items in the suite (AggiornaScadenza) before the file is
+        // written, as one journaled operation.
+        if (!grouped && !markDueItems(m_store, d.header(), rows))
+            return false;
+        bonifici.write(file);
+        return true;
+    });
 }
 
 QString CreaFileCommand::cucForXml()
@@ -223,15 +192,11 @@ CreaFileCommand::Outcome CreaFileCommand::writeXml(distinta::Distinta &d, bool g
         return Outcome::Invalid;
     }
 
-    QSaveFile file(m_outputPath);
-    if (!file.open(QIODevice::WriteOnly))
-        throw pathError(m_outputPath, file.errorString());
     // Plain rows mark their due items as the flat file does.
-    if (!grouped && !markDueItems(d.header(), rows))
-        return Outcome::Failed;
-    if (file.write(document) != document.size() || !file.commit())
-        throw pathError(m_outputPath, file.errorString());
-    return Outcome::Written;
+    return writeMarkedDocument(m_outputPath, m_store, d.header(), grouped ? nullptr : &rows,
+                               document)
+               ? Outcome::Written
+               : Outcome::Failed;
 }
 
 } // namespace pg::bankfile

@@ -88,8 +88,6 @@ private:
     bool writeFile(distinta::Distinta &d, bool grouped, bool modDescr);
     QString cucForXml();
     Outcome writeXml(distinta::Distinta &d, bool grouped, const QString &cuc);
-    bool markDueItems(const distinta::Testata &header,
-                      const distinta::RecordSet<distinta::Riga> &rows);
 
     distinta::DistinteStore &m_store;
     archives::ErpSession &m_erp;

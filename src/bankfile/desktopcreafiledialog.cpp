@@ -2,12 +2,28 @@
 
 #include "frmcreafile.h"
 #include "frmcreafiler.h"
+#include "frmcreafileriba.h"
 
 #include <QInputDialog>
 
 #include <memory>
 
 namespace pg::bankfile {
+
+namespace {
+
+// Shows the dialog modally with the fields, and takes back what it gives when confirmed.
+template<typename Dialog, typename Fields>
+QString shown(Dialog &dialog, Fields &fields)
+{
+    dialog.setFields(fields);
+    dialog.exec();
+    if (dialog.resultMarker() == CreaFileDialog::confirmed())
+        fields = dialog.fields();
+    return dialog.resultMarker();
+}
+
+} // namespace
 
 DesktopCreaFileDialog::DesktopCreaFileDialog(distinta::DistinteStore &store,
                                              archives::ErpSession *erp, QWidget *parent)
@@ -21,11 +37,13 @@ QString DesktopCreaFileDialog::exec(CreaFileFields &fields, distinta::Distinta &
         dialog = std::make_unique<frmCreaFileR>(m_store, d, m_erp, m_parent);
     else
         dialog = std::make_unique<frmCreaFile>(m_parent);
-    dialog->setFields(fields);
-    dialog->exec();
-    if (dialog->resultMarker() == confirmed())
-        fields = dialog->fields();
-    return dialog->resultMarker();
+    return shown(*dialog, fields);
+}
+
+QString DesktopCreaFileDialog::exec(RibaFileFields &fields)
+{
+    frmCreaFileRiba dialog(m_parent);
+    return shown(dialog, fields);
 }
 
 QString DesktopCreaFileDialog::askCuc()

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "creafiledialog.h"
+#include "ribafiledialog.h"
 
 class QWidget;
 
@@ -13,10 +14,10 @@ class DistinteStore;
 
 namespace pg::bankfile {
 
-// The file dialog of the desktop program: frmCreaFileR for grouped rows, frmCreaFile
-// otherwise, shown modally over the main window; the company's CBI code is asked in a small
-// text box.
-class DesktopCreaFileDialog : public CreaFileDialog
+// The file dialogs of the desktop program, shown modally over the main window: for the
+// credit-transfer file frmCreaFileR for grouped rows, frmCreaFile otherwise, and the
+// company's CBI code asked in a small text box; for the RiBa file frmCreaFileRiba.
+class DesktopCreaFileDialog : public CreaFileDialog, public RibaFileDialog
 {
 public:
     DesktopCreaFileDialog(distinta::DistinteStore &store, archives::ErpSession *erp,
@@ -24,6 +25,7 @@ public:
 
     QString exec(CreaFileFields &fields, distinta::Distinta &d, bool grouped) override;
     QString askCuc() override;
+    QString exec(RibaFileFields &fields) override;
 
 private:
     distinta::DistinteStore &m_store;

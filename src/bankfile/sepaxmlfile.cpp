@@ -1,6 +1,7 @@
 #include "sepaxmlfile.h"
 
 #include "fieldfill.h"
+#include "filecommandsupport.h"
 #include "ibancheck.h"
 #include "sepatext.h"
 
@@ -22,15 +23,6 @@ constexpr int Max16 = 16;
 constexpr int Max35 = 35;
 constexpr int Max70 = 70;
 constexpr int Max140 = 140;
-
-// Beyond this many lines the message names how many more there are.
-constexpr int MaxLines = 30;
-
-bool isFiveDigits(const QString &text)
-{
-    static const QRegularExpression digits(QStringLiteral("^[0-9]{5}$"));
-    return digits.match(text).hasMatch();
-}
 
 QString ibanProblem(IbanCheck::Result result, const QString &iban)
 {
@@ -259,13 +251,9 @@ void SepaXmlFile::checkCreditorIban(const Disposition &disposition, const distin
 
 QString SepaXmlFile::problemsMessage(const QStringList &problems)
 {
-    QString text = QStringLiteral("Il file XML dei bonifici non è stato creato. Correggere i dati "
-                                  "seguenti e ripetere:");
-    for (int i = 0; i < problems.size() && i < MaxLines; ++i)
-        text += QStringLiteral("\r\n- ") + problems.at(i);
-    if (problems.size() > MaxLines)
-        text += QStringLiteral("\r\n... e altre %1 segnalazioni.").arg(problems.size() - MaxLines);
-    return text;
+    return listedProblems(QStringLiteral("Il file XML dei bonifici non è stato creato. Correggere "
+                                         "i dati seguenti e ripetere:"),
+                          problems);
 }
 
 QByteArray SepaXmlFile::document() const
@@ -386,14 +374,12 @@ QString SepaXmlFile::describe(const XsdValidator::Issue &issue) const
 
 QString SepaXmlFile::invalidMessage(const QList<XsdValidator::Issue> &issues) const
 {
-    QString text =
-        QStringLiteral("Il file XML dei bonifici non è stato creato: non è conforme allo "
-                       "schema CBI.");
-    for (int i = 0; i < issues.size() && i < MaxLines; ++i)
-        text += QStringLiteral("\r\n- ") + describe(issues.at(i));
-    if (issues.size() > MaxLines)
-        text += QStringLiteral("\r\n... e altre %1 segnalazioni.").arg(issues.size() - MaxLines);
-    return text;
+    QStringList described;
+    for (const XsdValidator::Issue &issue : issues)
+        described << describe(issue);
+    return listedProblems(QStringLiteral("Il file XML dei bonifici non è stato creato: non è "
+                                         "conforme allo schema CBI."),
+                          described);
 }
 
 } // namespace pg::bankfile

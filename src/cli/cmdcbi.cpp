@@ -1,15 +1,14 @@
 // pagamenti-cli cbi N [--format xml|flat] [--cuc CODICE] [--out PATH]
 #include "cmdcbi.h"
 
+#include "bankfileargs.h"
 #include "commandargs.h"
 #include "commandcontext.h"
 
 #include "bankfile/confirmedcreafiledialog.h"
 #include "bankfile/creafilecommand.h"
+#include "bankfile/ribafilecommand.h"
 #include "distinta/distintestore.h"
-
-#include <QDir>
-#include <QFileInfo>
 
 namespace pg::cli {
 
@@ -21,12 +20,9 @@ int runCbi(CommandContext &context)
                     {QStringLiteral("--out"), QStringLiteral("--format"), QStringLiteral("--cuc")},
                     {}, &error))
         return context.usageError(error);
-    const qint64 number = DistintaSession::number(args.positional(), &error);
-    if (number == 0)
-        return context.usageError(error);
-    const QString out = args.value(QStringLiteral("--out"));
-    if (args.has(QStringLiteral("--out")) && out.trimmed().isEmpty())
-        return context.usageError(QStringLiteral("Indicare il file per --out."));
+    BankFileArgs file;
+    if (const std::optional<int> wrong = file.read(context, args))
+        return *wrong;
     // Scripts written for the flat file go on getting it: the XML message is asked for.
     const QString format = args.value(QStringLiteral("--format"), QStringLiteral("flat")).toLower();
     if (format != u"xml" && format != u"flat")
@@ -36,18 +32,23 @@ int runCbi(CommandContext &context)
         return context.usageError(QStringLiteral("Indicare il codice per --cuc."));
 
     DistintaSession session;
-    if (!session.open(number))
+    if (!session.open(file.number))
         return ExitFailure;
-    // The name given is used as it stands, from the current folder when it is relative.
-    bankfile::ConfirmedCreaFileDialog dialog(out.isEmpty() ? QString()
-                                                           : QFileInfo(out).absoluteFilePath());
+    // A customers' distinta presents receivables: its file is the RiBa one, as the main
+    // window's "File Bonifici" gives it.
+    if (bankfile::RibaFileCommand::isCustomersDistinta(session.distinta().header()))
+        return context.fail(QStringLiteral("La distinta %1 è una distinta clienti: il suo file è "
+                                           "quello delle ricevute bancarie (pagamenti-cli riba "
+                                           "%1).")
+                                .arg(file.number));
+    bankfile::ConfirmedCreaFileDialog dialog(file.out);
     bankfile::CreaFileCommand command(session.store(), session.erp(), session.company(), dialog);
     command.setProposedFormat(format == u"xml" ? BankFileFormat::SepaXml : BankFileFormat::CbiFlat);
     command.setCuc(cuc);
     if (command.cmdCreaFile(session.distinta(), false, {}) !=
         bankfile::CreaFileCommand::Outcome::Written)
         return ExitFailure;
-    context.out() << QDir::toNativeSeparators(command.outputPath()) << '\n';
+    BankFileArgs::printWritten(context, command.outputPath());
     return ExitSuccess;
 }
 

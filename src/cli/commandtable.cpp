@@ -4,6 +4,7 @@
 #include "cmdcheck.h"
 #include "cmdnew.h"
 #include "cmdprint.h"
+#include "cmdriba.h"
 #include "commands.h"
 
 namespace pg::cli {
@@ -42,12 +43,18 @@ const QList<Command> &commandTable()
                         "GG/MM/AAAA; --customers per una distinta clienti"),
          true, runNew},
         {QStringLiteral("cbi"), QStringLiteral("N [--format xml|flat] [--cuc CODICE] [--out FILE]"),
-         QStringLiteral("scrive il file CBI dei bonifici della distinta N e la segna presentata in\n"
-                        "banca: il file a record fissi (D_STM/CBI_N.txt) senza --format o con\n"
-                        "--format flat, il messaggio XML SEPA (D_STM/CBI_N.xml) con --format xml,\n"
-                        "con il codice CUC delle opzioni, dell'azienda o di --cuc; --out FILE\n"
-                        "per scriverlo altrove"),
+         QStringLiteral("scrive il file CBI dei bonifici della distinta fornitori N e la segna\n"
+                        "presentata in banca: il file a record fissi (D_STM/CBI_N.txt) senza\n"
+                        "--format o con --format flat, il messaggio XML SEPA (D_STM/CBI_N.xml)\n"
+                        "con --format xml, con il codice CUC delle opzioni, dell'azienda o di\n"
+                        "--cuc; --out FILE per scriverlo altrove"),
          true, runCbi},
+        {QStringLiteral("riba"), QStringLiteral("N [--out FILE] [--raggruppa]"),
+         QStringLiteral("scrive il file CBI delle ricevute bancarie (RiBa) della distinta\n"
+                        "clienti N (D_STM/RIBA_N.txt, o --out FILE) e la segna presentata in\n"
+                        "banca; --raggruppa riunisce in una ricevuta le scadenze dello stesso\n"
+                        "cliente con la stessa data di scadenza"),
+         true, runRiba},
         {QStringLiteral("check"), QStringLiteral("N"),
          QStringLiteral("controlla la completezza dei dati bancari della distinta N, scrive il\n"
                         "rapporto controllo.txt e ne stampa il percorso; esce con 1 se ci sono errori"),

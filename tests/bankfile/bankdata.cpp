@@ -129,16 +129,23 @@ QList<ErpRecord> suiteRecords()
                      QStringLiteral("12345"), QStringLiteral("IT02"),
                      QStringLiteral("L0306909606000000012345")),
     };
-    ErpRecord site(archives::SediClientiFornitori);
-    site.setText(QStringLiteral("cod_clifor"), QStringLiteral("200005"));
-    site.setText(QStringLiteral("tipo_sede"), QStringLiteral("A"));
-    site.setText(QStringLiteral("cod_sede"), QStringLiteral("000001"));
-    site.setText(QStringLiteral("indirizzo"), QStringLiteral("VIA DEL CORSO 5"));
-    site.setText(QStringLiteral("cap"), QStringLiteral("00186"));
-    site.setText(QStringLiteral("citta"), QStringLiteral("ROMA"));
-    site.setText(QStringLiteral("provincia"), QStringLiteral("RM"));
-    records << site;
+    records << site(QStringLiteral("200005"), QStringLiteral("VIA DEL CORSO 5"),
+                    QStringLiteral("00186"), QStringLiteral("ROMA"), QStringLiteral("RM"));
     return records;
+}
+
+ErpRecord site(const QString &code, const QString &address, const QString &cap, const QString &city,
+               const QString &province)
+{
+    ErpRecord r(archives::SediClientiFornitori);
+    r.setText(QStringLiteral("cod_clifor"), code);
+    r.setText(QStringLiteral("tipo_sede"), QStringLiteral("A"));
+    r.setText(QStringLiteral("cod_sede"), QStringLiteral("000001"));
+    r.setText(QStringLiteral("indirizzo"), address);
+    r.setText(QStringLiteral("cap"), cap);
+    r.setText(QStringLiteral("citta"), city);
+    r.setText(QStringLiteral("provincia"), province);
+    return r;
 }
 
 static RowData row(const char *link, const char *account, const char *doc, const char *date,

@@ -52,6 +52,10 @@ archives::ErpRecord master(const QString &code, const QString &name, const QStri
                            const QString &cap, const QString &city, const QString &province,
                            const QString &taxCode, const QString &vat);
 
+// The administrative site "000001" of an account.
+archives::ErpRecord site(const QString &code, const QString &address, const QString &cap,
+                         const QString &city, const QString &province);
+
 DistintaData distintaData(int number);
 distinta::Riga rigaOf(const RowData &s);
 // The distinta of the data in memory (not saved): created 15/01/2024, value 20/01/2024.

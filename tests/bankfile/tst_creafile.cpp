@@ -1,4 +1,5 @@
 #include "bankdata.h"
+#include "bankfilefixture.h"
 #include "cbifilecheck.h"
 #include "faultyrecordmanager.h"
 #include "scriptedprompter.h"
@@ -34,7 +35,7 @@ const QString Completed = QStringLiteral("Elaborazione Completata");
 
 } // namespace
 
-class TestCreaFile : public QObject
+class TestCreaFile : public QObject, protected BankFileFixture
 {
     Q_OBJECT
 
@@ -67,43 +68,18 @@ private:
         return OrvidaDir() + QStringLiteral("D_STM/CBI_%1.txt").arg(number);
     }
 
-    QLocale m_locale;
-    UserSettings m_settings;
-    std::unique_ptr<test::ScriptedPrompter> m_prompter;
-    std::unique_ptr<TestInstallation> m_inst;
-    std::unique_ptr<test::FaultyRecordManager> m_faulty;
-    std::unique_ptr<archives::ErpSession> m_erp;
-    std::unique_ptr<DistinteStore> m_store;
 };
 
 void TestCreaFile::init()
 {
-    m_locale = QLocale();
-    QLocale::setDefault(QLocale(QLocale::Italian, QLocale::Italy));
-    m_settings = currentSettings();
-    currentSettings() = UserSettings();
+    QVERIFY(setUpSuite(suiteRecords() + dueItemsOfTheDistinte()));
     // The flat file is what these tests check; the dialog proposes the XML message otherwise.
     currentSettings().formatoBonifici = BankFileFormat::CbiFlat;
-    ErrorTrap::instance().resetForTest();
-    m_inst = std::make_unique<TestInstallation>();
-    QVERIFY(m_inst->isValid());
-    QVERIFY(m_inst->put(suiteRecords() + dueItemsOfTheDistinte()));
-    m_faulty = std::make_unique<test::FaultyRecordManager>(m_inst->store());
-    m_erp = std::make_unique<archives::ErpSession>(*m_faulty, TestInstallation::Handle);
-    m_store = std::make_unique<DistinteStore>(m_erp.get());
-    m_store->setPStrConn(m_inst->connectionString());
-    m_prompter = std::make_unique<test::ScriptedPrompter>();
 }
 
 void TestCreaFile::cleanup()
 {
-    m_prompter.reset();
-    m_store.reset();
-    m_erp.reset();
-    m_faulty.reset();
-    m_inst.reset();
-    currentSettings() = m_settings;
-    QLocale::setDefault(m_locale);
+    tearDownSuite();
 }
 
 Distinta TestCreaFile::read(int number)

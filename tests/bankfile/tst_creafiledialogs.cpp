@@ -4,6 +4,7 @@
 #include "archives/store/archivenumbers.h"
 #include "bankfile/desktopcreafiledialog.h"
 #include "bankfile/frmcreafile.h"
+#include "bankfile/frmcreafileriba.h"
 #include "bankfile/frmcreafiler.h"
 #include "bankfile/scadenzemodel.h"
 #include "core/distintacode.h"
@@ -13,6 +14,7 @@
 
 #include <QAbstractItemModelTester>
 #include <QApplication>
+#include <QCheckBox>
 #include <QLineEdit>
 #include <QPushButton>
 #include <QSignalSpy>
@@ -100,6 +102,8 @@ private slots:
     void editedDescriptionsAreSavedOnlyOnConfirmation();
     void desktopDialogShowsTheFormOfTheRows_data();
     void desktopDialogShowsTheFormOfTheRows();
+    void ribaDialogGivesBackSiaGroupingAndName_data();
+    void ribaDialogGivesBackSiaGroupingAndName();
 
 private:
     void createGroupedDistinta();
@@ -354,6 +358,48 @@ void TestCreaFileDialogs::desktopDialogShowsTheFormOfTheRows()
     QCOMPARE(shown, grouped ? QStringLiteral("frmCreaFileR") : QStringLiteral("frmCreaFile"));
     QCOMPARE(fields.fileName, QStringLiteral("/tmp/altro.txt"));
     QCOMPARE(fields.codSia, QStringLiteral("A1B2C"));
+}
+
+void TestCreaFileDialogs::ribaDialogGivesBackSiaGroupingAndName_data()
+{
+    QTest::addColumn<bool>("confirm");
+    QTest::newRow("confirmed") << true;
+    QTest::newRow("cancelled") << false;
+}
+
+void TestCreaFileDialogs::ribaDialogGivesBackSiaGroupingAndName()
+{
+    QFETCH(bool, confirm);
+    QWidget window;
+    m_inst = std::make_unique<TestInstallation>();
+    m_store = std::make_unique<DistinteStore>(&m_inst->erp());
+    bankfile::DesktopCreaFileDialog dialog(*m_store, &m_inst->erp(), &window);
+    QTimer::singleShot(0, this, [&] {
+        auto *modal = qobject_cast<bankfile::frmCreaFileRiba *>(QApplication::activeModalWidget());
+        QVERIFY(modal);
+        QCOMPARE(modal->windowTitle(), QStringLiteral("Creazione File RiBa"));
+        QCOMPARE(textOf(*modal, "txtCodDistinta"), QStringLiteral("    12"));
+        QCOMPARE(textOf(*modal, "txtBanca"), QStringLiteral("BANCA (ABI 05428 CAB 11101)"));
+        for (const char *shownOnly : {"txtCodDistinta", "txtdataDistinta", "txtBanca"})
+            QVERIFY(modal->findChild<QLineEdit *>(QLatin1StringView(shownOnly))->isReadOnly());
+        auto *sia = modal->findChild<QLineEdit *>(QStringLiteral("txtCodSia"));
+        QVERIFY(!sia->isReadOnly());
+        sia->setText(QStringLiteral(" z9y8x"));
+        modal->findChild<QCheckBox *>(QStringLiteral("chkRaggruppa"))->click();
+        modal->setFolderPicker([](QWidget *, const QString &) { return QStringLiteral("/srv"); });
+        click(*modal, "cmdBrowse");
+        click(*modal, confirm ? "cmdConferma" : "cmdAnnulla");
+    });
+    bankfile::RibaFileFields fields{QStringLiteral("    12"), QStringLiteral("15/01/2024"),
+                                    QStringLiteral("BANCA (ABI 05428 CAB 11101)"),
+                                    QStringLiteral("A1B2C"), false,
+                                    QStringLiteral("/opt/orvida/D_STM/RIBA_12.txt"),
+                                    QStringLiteral("/RIBA_12.txt")};
+    QCOMPARE(dialog.exec(fields), confirm ? QStringLiteral("GO") : QString());
+    QCOMPARE(fields.codSia, confirm ? QStringLiteral("Z9Y8X") : QStringLiteral("A1B2C"));
+    QCOMPARE(fields.raggruppa, confirm);
+    QCOMPARE(fields.fileName, confirm ? QStringLiteral("/srv/RIBA_12.txt")
+                                      : QStringLiteral("/opt/orvida/D_STM/RIBA_12.txt"));
 }
 
 QTEST_MAIN(TestCreaFileDialogs)

@@ -1,4 +1,5 @@
 #include "bankdata.h"
+#include "bankfilefixture.h"
 #include "faultyrecordmanager.h"
 #include "scriptedprompter.h"
 #include "spydialog.h"
@@ -49,7 +50,7 @@ QStringList strings(std::initializer_list<const char *> texts)
 
 } // namespace
 
-class TestSepaXml : public QObject
+class TestSepaXml : public QObject, protected BankFileFixture
 {
     Q_OBJECT
 
@@ -82,22 +83,16 @@ private:
         return OrvidaDir() + QStringLiteral("D_STM/CBI_%1.xml").arg(number);
     }
 
-    QLocale m_locale;
-    UserSettings m_settings;
     QTemporaryDir m_settingsDir;
-    std::unique_ptr<ScriptedPrompter> m_prompter;
-    std::unique_ptr<TestInstallation> m_inst;
-    std::unique_ptr<FaultyRecordManager> m_faulty;
-    std::unique_ptr<archives::ErpSession> m_erp;
-    std::unique_ptr<DistinteStore> m_store;
 };
 
 void TestSepaXml::init()
 {
-    m_locale = QLocale();
-    QLocale::setDefault(QLocale(QLocale::Italian, QLocale::Italy));
-    m_settings = currentSettings();
-    currentSettings() = UserSettings();
+    QVERIFY(
+        setUpSuite(suiteRecords() + dueItemsOfTheDistinte() +
+                   QList{bankOf(QStringLiteral("200001"), ibanOf(QStringLiteral("123456789012"))),
+                         bankOf(QStringLiteral("200002"), ibanOf(QStringLiteral("12345"))),
+                         bankOf(QStringLiteral("200006"), ibanOf(QStringLiteral("12345")))}));
     // The XML message, as a new user is proposed.
     currentSettings().formatoBonifici = BankFileFormat::SepaXml;
     currentSettings().cuc = QStringLiteral("0BF3K7Q2");
@@ -106,31 +101,12 @@ void TestSepaXml::init()
         m_settingsDir.filePath(QStringLiteral("%1 %2.ini")
                                    .arg(QString::fromLatin1(QTest::currentTestFunction()),
                                         QString::fromLatin1(QTest::currentDataTag()))));
-    ErrorTrap::instance().resetForTest();
-    m_inst = std::make_unique<TestInstallation>();
-    QVERIFY(m_inst->isValid());
-    QVERIFY(
-        m_inst->put(suiteRecords() + dueItemsOfTheDistinte() +
-                    QList{bankOf(QStringLiteral("200001"), ibanOf(QStringLiteral("123456789012"))),
-                          bankOf(QStringLiteral("200002"), ibanOf(QStringLiteral("12345"))),
-                          bankOf(QStringLiteral("200006"), ibanOf(QStringLiteral("12345")))}));
-    m_faulty = std::make_unique<FaultyRecordManager>(m_inst->store());
-    m_erp = std::make_unique<archives::ErpSession>(*m_faulty, TestInstallation::Handle);
-    m_store = std::make_unique<DistinteStore>(m_erp.get());
-    m_store->setPStrConn(m_inst->connectionString());
-    m_prompter = std::make_unique<ScriptedPrompter>();
 }
 
 void TestSepaXml::cleanup()
 {
-    m_prompter.reset();
-    m_store.reset();
-    m_erp.reset();
-    m_faulty.reset();
-    m_inst.reset();
     UserSettings::useStoreFile(QString());
-    currentSettings() = m_settings;
-    QLocale::setDefault(m_locale);
+    tearDownSuite();
 }
 
 Distinta TestSepaXml::saved(int number)

@@ -78,7 +78,7 @@ void TestCmdCbiXml::initTestCase()
          QStringLiteral("400022"), QStringLiteral("--account-to"), QStringLiteral("400026")});
     QCOMPARE(created.exitCode, 0);
     QCOMPARE(created.out, QStringLiteral("1\n"));
-    QVERIFY(row(QStringLiteral("SELECT COUNT(*) FROM TB_RIGHE")).value(0).toInt() >= 50);
+    QVERIFY(row(QStringLiteral("SELECT COUNT(*) FROM TB_RIGHE")).value(0).toInt() >= 45);
 }
 
 void TestCmdCbiXml::xmlOfTheDemoPassesTheSchema()

@@ -2,8 +2,9 @@
 # A payment run headless, as a script runs it with pagamenti-cli on a fresh demo installation:
 # a distinta of the November transfers, its due items marked, the completeness check with the
 # missing bank data entered in the suite's archives and the check run again, a test print, the
-# bank file, the list, and a distinta deleted with its due items freed. The bank file must be
-# the very file the desktop program writes for the same distinta (tst_e2e_desktopbankfile).
+# bank file, the list, the RiBa file of a customers' distinta, and a distinta deleted with its
+# due items freed. Each bank file must be the very file the desktop program writes for the same
+# distinta (tst_e2e_desktopbankfile).
 #
 # Usage: cli_run.sh BIN_DIR DESKTOP_BANKFILE_TEST
 set -euo pipefail
@@ -76,6 +77,19 @@ cli list | grep -q "^ *$n .* F " || fail "the distinta is not presented: $(cli l
 E2E_DISTINTA=$n E2E_BANKFILE=$work/desktop.txt "$desktop" >"$work/desktop.log" 2>&1 ||
     { cat "$work/desktop.log" >&2; fail "desktop bank file"; }
 cmp "$work/cli.txt" "$work/desktop.txt" || fail "the desktop and the command line files differ"
+
+# The demo's customers of ricevute bancarie: their RiBa file, 120 bytes and CR LF a line, from
+# the command line and from the desktop program, the same byte for byte.
+c=$(cli new --bank 03069/13201 --customers --type 1 --account-from 100101 --account-to 100106 \
+    --date 22/11/2026)
+[[ $c =~ ^[0-9]+$ ]] || fail "new --customers: $c"
+cli riba "$c" --out "$work/riba_cli.txt" >/dev/null
+awk 'length($0) != 121 || !/\r$/ {bad = 1} END {exit bad}' "$work/riba_cli.txt" || fail "RiBa line widths"
+[[ $(grep -c '^ 14' "$work/riba_cli.txt") == $(cli show "$c" | sed -n 's/^N. Disp.: *\([0-9]*\).*/\1/p') ]] ||
+    fail "RiBa receivables"
+E2E_DISTINTA=$c E2E_BANKFILE=$work/riba_desktop.txt "$desktop" >"$work/desktop.log" 2>&1 ||
+    { cat "$work/desktop.log" >&2; fail "desktop RiBa file"; }
+cmp "$work/riba_cli.txt" "$work/riba_desktop.txt" || fail "the desktop and the command line RiBa files differ"
 
 # A distinta of the October transfers, deleted: its due items are free again.
 m=$(cli new --bank 03069/13201 --due-from 01/10/2026 --due-to 31/10/2026 --type 6 --date 24/11/2026)

@@ -1,5 +1,6 @@
 // The desktop program's "File Bonifici" for one saved distinta, for the command-line run
-// (cli_run.sh) to compare with the file pagamenti-cli writes for the same distinta. It works on
+// (cli_run.sh) to compare with the file pagamenti-cli writes for the same distinta: the flat
+// credit-transfer file of a suppliers' distinta, the RiBa file of a customers' one. It works on
 // the installation of ORVIDA_INI_DIR; E2E_DISTINTA names the distinta, E2E_BANKFILE the file to
 // write. Without them there is nothing to do and the test is skipped.
 
@@ -7,7 +8,7 @@
 #include "scriptedprompter.h"
 
 #include "app/program.h"
-#include "bankfile/frmcreafile.h"
+#include "bankfile/bankfiledialog.h"
 #include "editor/window/distintaeditor.h"
 #include "editor/window/mainwindow.h"
 #include "lists/distintelistdialog.h"
@@ -63,8 +64,9 @@ void TestDesktopBankFile::writeTheBankFile()
     QTest::mouseClick(window->btnGestione(DistintaEditor::Apri), Qt::LeftButton);
     QCOMPARE(window->txtTestata(DistintaEditor::CodDistinta)->text(), number);
 
-    // "File Bonifici": the flat file, under the name typed by the clerk.
-    ModalDriver::whenShown<bankfile::frmCreaFile>([&](bankfile::frmCreaFile *dialog) {
+    // "File Bonifici": the flat file (or the RiBa file, whose dialog has no format), under the
+    // name typed by the clerk.
+    ModalDriver::whenShown<bankfile::BankFileDialog>([&](bankfile::BankFileDialog *dialog) {
         if (auto *format = dialog->findChild<QComboBox *>(QStringLiteral("cboFormato"))) {
             format->setCurrentIndex(int(BankFileFormat::CbiFlat));
             emit format->activated(int(BankFileFormat::CbiFlat));

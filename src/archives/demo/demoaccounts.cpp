@@ -141,6 +141,7 @@ void DemoGenerator::makeAccounts()
         }
         m_accounts.append(a);
     }
+    makeRibaCustomers();
 }
 
 bool DemoGenerator::emitAccounts(const Sink &sink)

@@ -127,14 +127,17 @@ bool DemoGenerator::emitDueItems(const Sink &sink)
     }
     QList<int> suppliers, customers;
     for (int i = 0; i < m_accounts.size(); ++i)
-        (m_accounts.at(i).kind == u'F' ? suppliers : customers) << i;
+        if (!m_accounts.at(i).ribaShowcase)
+            (m_accounts.at(i).kind == u'F' ? suppliers : customers) << i;
 
     qint64 produced = 0;
     qint64 protocol = 0;
     qint64 salesNumber = 0;
     qint64 effectNumber = 0;
     int document = 0;
-    while (produced < m_options.dueItems) {
+    // The last due items are those of the customers of ricevute bancarie.
+    const qint64 randomItems = m_options.dueItems - ribaDueItems();
+    while (produced < randomItems) {
         const bool supplier = bounded(100) < 70;
         const int accountIndex = supplier ? suppliers.at(bounded(int(suppliers.size())))
                                           : customers.at(bounded(int(customers.size())));
@@ -174,7 +177,7 @@ bool DemoGenerator::emitDueItems(const Sink &sink)
         const QDate docDate = m_today.addDays(-bounded(150));
         static constexpr int Instalments[] = {1, 1, 1, 1, 1, 1, 1, 2, 3, 3};
         const int instalments = creditNote ? 1 : Instalments[bounded(10)];
-        const int count = int(qMin<qint64>(instalments, m_options.dueItems - produced));
+        const int count = int(qMin<qint64>(instalments, randomItems - produced));
         const bool endOfMonth = bounded(2) == 0;
 
         int currency = 0;
@@ -304,6 +307,9 @@ bool DemoGenerator::emitDueItems(const Sink &sink)
         }
         produced += count;
     }
+
+    if (!emitRibaDueItems(sink))
+        return false;
 
     // The group records of the first documents split into instalments.
     ErpRecord group(GruppoScadenze);

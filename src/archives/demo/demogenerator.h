@@ -21,6 +21,9 @@ namespace pg::archives {
 //   with no bank and agency, with an agency that the bank table does not know, and one whose
 //   due items carry other bank data than its master record;
 // - a customer with no bank data.
+// Six customers from 100101 on pay by ricevuta bancaria and are complete: their invoices,
+// due at the end of the coming months, make a customers' distinta whose RiBa file the bank
+// takes (a demo of 100 due items or more holds them among its due items).
 class DemoGenerator
 {
 public:
@@ -54,9 +57,13 @@ private:
         QString itemBank, itemAgency, itemAccount; // what its due items carry
         bool hasSite = false;
         QString siteAddress, siteCap, siteCity, siteProvince;
+        bool ribaShowcase = false; // one of the customers of ricevute bancarie
     };
 
     void makeAccounts();
+    void makeRibaCustomers();
+    // How many due items the customers of ricevute bancarie take of the demo's.
+    int ribaDueItems() const;
     bool emitCommonTables(const Sink &sink);
     bool emitAccounts(const Sink &sink);
     bool emitCompanyTables(const Sink &sink);
@@ -65,6 +72,7 @@ private:
     bool emitPaymentTerms(const Sink &sink);
     bool emitPriceLists(const Sink &sink);
     bool emitDueItems(const Sink &sink);
+    bool emitRibaDueItems(const Sink &sink);
 
     int bounded(int n) { return int(m_rng.bounded(quint32(n))); }
     QString digits(int count);
