@@ -1,15 +1,15 @@
 #include "duitemupdates.h"
 
-#include "batchstatement.h"
 #include "distintestore.h"
 #include "rowcounter.h"
 #include "writebackapplier.h"
 #include "writebackplan.h"
 
 #include "core/apperror.h"
-#include "core/prompter.h"
 #include "core/money.h"
+#include "core/prompter.h"
 #include "core/vbdate.h"
+#include "localdb/batchstatement.h"
 
 #include <cmath>
 
@@ -36,7 +36,7 @@ QString rowItem(const Riga &row)
 // that is always paid whole, or together with this row more than the item's amount.
 bool isPaidElsewhere(QSqlDatabase &db, const QString &code, const Riga &row)
 {
-    BatchStatement query(db, QStringLiteral("SELECT COUNT(*), SUM(COALESCE(val_imp_indist_val, "
+    localdb::BatchStatement query(db, QStringLiteral("SELECT COUNT(*), SUM(COALESCE(val_imp_indist_val, "
                                             "val_imp_residuo_val)) FROM TB_RIGHE WHERE "
                                             "flg_flag_colpar = ? AND des_link_orvida = ? AND "
                                             "cod_distinta <> ?"));

@@ -1,9 +1,9 @@
 #pragma once
 
-#include "batchstatement.h"
 #include "recordset.h"
-#include "rowinserter.h"
 
+#include "localdb/batchstatement.h"
+#include "localdb/rowinserter.h"
 #include "startup/dberror.h"
 
 #include <QSqlDatabase>
@@ -42,8 +42,8 @@ QString columnList()
 // A column of the current row into its member of the record. Texts and amounts, all a row
 // holds, are taken straight from the statement; other kinds through their variant.
 template<typename Record>
-void readColumn(const ColumnDef<Record> &column, Record &record, const BatchStatement &query,
-                int index)
+void readColumn(const ColumnDef<Record> &column, Record &record,
+                const localdb::BatchStatement &query, int index)
 {
     std::visit(
         [&](auto m) {
@@ -66,8 +66,8 @@ template<typename Record>
 QList<typename RecordSet<Record>::Entry> readRows(QSqlDatabase &db, QLatin1StringView table,
                                                   const QString &tail, const QVariantList &binds)
 {
-    BatchStatement query(db, QStringLiteral("SELECT rowid, ") + columnList<Record>() +
-                                 QStringLiteral(" FROM ") + QString(table) + u' ' + tail);
+    localdb::BatchStatement query(db, QStringLiteral("SELECT rowid, ") + columnList<Record>() +
+                                          QStringLiteral(" FROM ") + QString(table) + u' ' + tail);
     for (int i = 0; i < binds.size(); ++i)
         query.bind(i, binds.at(i));
     const auto &columns = Record::columns();
@@ -102,16 +102,16 @@ QList<qint64> writeChanges(QSqlDatabase &db, QLatin1StringView table, const Reco
         QStringList marks;
         for (qsizetype i = 0; i < count; ++i)
             marks << QStringLiteral("?");
-        BatchStatement del(db, QStringLiteral("DELETE FROM ") + tableName +
-                                   QStringLiteral(" WHERE rowid IN (") +
-                                   marks.join(QStringLiteral(", ")) + u')');
+        localdb::BatchStatement del(db, QStringLiteral("DELETE FROM ") + tableName +
+                                            QStringLiteral(" WHERE rowid IN (") +
+                                            marks.join(QStringLiteral(", ")) + u')');
         for (qsizetype i = 0; i < count; ++i)
             del.bind(int(i), removed.at(from + i));
         del.exec();
     }
 
-    std::optional<BatchStatement> update;
-    std::optional<RowInserter> insert;
+    std::optional<localdb::BatchStatement> update;
+    std::optional<localdb::RowInserter> insert;
     for (const auto &e : set.entries()) {
         if (e.status == Status::Changed) {
             if (!update) {

@@ -1,9 +1,9 @@
 #include "writebackjournal.h"
 
-#include "batchstatement.h"
-#include "rowinserter.h"
 
+#include "localdb/batchstatement.h"
 #include "localdb/databaseconnection.h"
+#include "localdb/rowinserter.h"
 
 #include <QDateTime>
 
@@ -42,10 +42,10 @@ void WriteBackJournal::record(QSqlDatabase &db, Operation operation, const QStri
 {
     if (entries.isEmpty())
         return;
-    BatchStatement last(db, QStringLiteral("SELECT MAX(num_operazione) FROM TB_GIORNALE"));
+    localdb::BatchStatement last(db, QStringLiteral("SELECT MAX(num_operazione) FROM TB_GIORNALE"));
     const qint64 number = (last.next() ? last.value(0).toLongLong() : 0) + 1;
 
-    RowInserter insert(db, QStringLiteral("TB_GIORNALE"),
+    localdb::RowInserter insert(db, QStringLiteral("TB_GIORNALE"),
                        (QStringLiteral("num_operazione, num_voce, flg_operazione, cod_distinta, "
                                        "des_momento, flg_voce, flg_flag_colpar, des_link_orvida, ") +
                         MarkColumns + QStringLiteral(", flg_esito"))
@@ -77,7 +77,7 @@ void WriteBackJournal::record(QSqlDatabase &db, Operation operation, const QStri
 
 QList<WriteBackEntry> WriteBackJournal::pending(QSqlDatabase &db)
 {
-    BatchStatement query(db, QStringLiteral("SELECT num_operazione, num_voce, flg_voce, "
+    localdb::BatchStatement query(db, QStringLiteral("SELECT num_operazione, num_voce, flg_voce, "
                                             "flg_flag_colpar, des_link_orvida, ") +
                                  MarkColumns +
                                  QStringLiteral(" FROM TB_GIORNALE WHERE flg_esito = ? ORDER BY "
@@ -109,7 +109,7 @@ void WriteBackJournal::markDone(QSqlDatabase &db, const QList<WriteBackEntry> &e
     // Entries are carried out in their order, so those done come in runs of consecutive
     // positions: one statement removes a run.
     Transaction transaction(db);
-    BatchStatement remove(db, QStringLiteral("DELETE FROM TB_GIORNALE WHERE num_operazione = ? "
+    localdb::BatchStatement remove(db, QStringLiteral("DELETE FROM TB_GIORNALE WHERE num_operazione = ? "
                                              "AND num_voce BETWEEN ? AND ?"));
     for (qsizetype i = 0; i < entries.size();) {
         qsizetype j = i + 1;
@@ -130,7 +130,7 @@ void WriteBackJournal::markConflicts(QSqlDatabase &db, const QList<WriteBackEntr
     if (entries.isEmpty())
         return;
     Transaction transaction(db);
-    BatchStatement mark(db, QStringLiteral("UPDATE TB_GIORNALE SET flg_esito = ? WHERE "
+    localdb::BatchStatement mark(db, QStringLiteral("UPDATE TB_GIORNALE SET flg_esito = ? WHERE "
                                            "num_operazione = ? AND num_voce = ?"));
     for (const WriteBackEntry &e : entries) {
         mark.bind(0, Conflict);

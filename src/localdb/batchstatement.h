@@ -11,7 +11,7 @@
 struct sqlite3;
 struct sqlite3_stmt;
 
-namespace pg::distinta {
+namespace pg::localdb {
 
 // A statement prepared once and run for every row of a batch, its values bound by position, or
 // a query whose rows are read one after the other.
@@ -56,4 +56,4 @@ private:
     mutable QList<QString> m_lastText; // by column
 };
 
-} // namespace pg::distinta
+} // namespace pg::localdb

@@ -8,7 +8,7 @@
 
 #include <sqlite3.h>
 
-namespace pg::distinta {
+namespace pg::localdb {
 
 namespace {
 
@@ -223,4 +223,4 @@ qint64 BatchStatement::lastInsertId() const
     return sqlite3_last_insert_rowid(m_handle);
 }
 
-} // namespace pg::distinta
+} // namespace pg::localdb

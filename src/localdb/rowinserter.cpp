@@ -11,7 +11,7 @@
 
 #include <libpq-fe.h>
 
-namespace pg::distinta {
+namespace pg::localdb {
 
 namespace {
 
@@ -173,4 +173,4 @@ QList<qint64> RowInserter::finish()
     return out;
 }
 
-} // namespace pg::distinta
+} // namespace pg::localdb

@@ -9,7 +9,7 @@
 
 #include <optional>
 
-namespace pg::distinta {
+namespace pg::localdb {
 
 // Adds many rows to one table inside the connection's transaction, and gives back the row
 // identity ("rowid") of each, in order. SQLite runs one prepared statement a row through its
@@ -35,4 +35,4 @@ private:
     QByteArrayList m_lines; // a server's rows in COPY's text form, without their identity
 };
 
-} // namespace pg::distinta
+} // namespace pg::localdb
