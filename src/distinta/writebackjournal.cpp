@@ -1,6 +1,5 @@
 #include "writebackjournal.h"
 
-
 #include "localdb/batchstatement.h"
 #include "localdb/databaseconnection.h"
 #include "localdb/rowinserter.h"
