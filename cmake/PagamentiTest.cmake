@@ -1,4 +1,4 @@
-# pagamenti_add_test(<name> SOURCES <files...> [LIBS <targets...>] [GUI] [POSTGRES]
+# pagamenti_add_test(<name> SOURCES <files...> [LIBS <targets...>] [GUI] [POSTGRES | SERVER]
 #                    [TIMEOUT <s>])
 #
 # One Qt Test executable registered with CTest. Every test runs with the offscreen platform
@@ -8,7 +8,8 @@
 #
 # POSTGRES registers the same executable a second time, as <name>_pg, with its local
 # databases on the tests' own PostgreSQL server (tests/support/pgcluster.sh, started and
-# stopped by CTest around the tests that need it): one test source for both engines.
+# stopped by CTest around the tests that need it): one test source for both engines. SERVER
+# registers it on the server only (what only a server has).
 
 # The tests' server: a directory of the build tree and a port of its own, so that several
 # build trees on one machine never meet.
@@ -18,7 +19,7 @@ string(SUBSTRING "${pagamenti_build_hash}" 0 4 pagamenti_build_hash)
 math(EXPR PAGAMENTI_TEST_PG_PORT "20000 + (0x${pagamenti_build_hash} % 20000)")
 
 function(pagamenti_add_test name)
-    cmake_parse_arguments(ARG "GUI;POSTGRES" "TIMEOUT" "SOURCES;LIBS" ${ARGN})
+    cmake_parse_arguments(ARG "GUI;POSTGRES;SERVER" "TIMEOUT" "SOURCES;LIBS" ${ARGN})
     if(ARG_UNPARSED_ARGUMENTS)
         message(FATAL_ERROR "pagamenti_add_test(${name}): unknown arguments ${ARG_UNPARSED_ARGUMENTS}")
     endif()
@@ -40,13 +41,17 @@ function(pagamenti_add_test name)
         set(ARG_TIMEOUT 300)
     endif()
     set(environment "QT_QPA_PLATFORM=offscreen;HOME=${home};XDG_CONFIG_HOME=${home}/.config;XDG_DATA_HOME=${home}/.local/share;XDG_RUNTIME_DIR=${home}/run;LC_ALL=C.UTF-8")
+    # A lock another connection holds is waited for one second, not the program's thirty.
+    set(server "PAGAMENTI_TEST_ENGINE=postgresql;PAGAMENTI_TEST_PGHOST=${PAGAMENTI_TEST_PG_DIR};PAGAMENTI_TEST_PGPORT=${PAGAMENTI_TEST_PG_PORT};PGOPTIONS=-c lock_timeout=1000")
+    if(ARG_SERVER)
+        set_tests_properties(${name} PROPERTIES ENVIRONMENT "${environment};${server}"
+                             TIMEOUT ${ARG_TIMEOUT} FIXTURES_REQUIRED pagamenti_pg)
+        return()
+    endif()
     set_tests_properties(${name} PROPERTIES ENVIRONMENT "${environment}" TIMEOUT ${ARG_TIMEOUT})
     if(ARG_POSTGRES)
         add_test(NAME ${name}_pg COMMAND ${name})
-        # A lock another connection holds is waited for one second, not the program's thirty.
-        set_tests_properties(${name}_pg PROPERTIES
-            ENVIRONMENT "${environment};PAGAMENTI_TEST_ENGINE=postgresql;PAGAMENTI_TEST_PGHOST=${PAGAMENTI_TEST_PG_DIR};PAGAMENTI_TEST_PGPORT=${PAGAMENTI_TEST_PG_PORT};PGOPTIONS=-c lock_timeout=1000"
-            TIMEOUT ${ARG_TIMEOUT}
-            FIXTURES_REQUIRED pagamenti_pg)
+        set_tests_properties(${name}_pg PROPERTIES ENVIRONMENT "${environment};${server}"
+                             TIMEOUT ${ARG_TIMEOUT} FIXTURES_REQUIRED pagamenti_pg)
     endif()
 endfunction()

@@ -73,6 +73,11 @@ const QList<Command> &commandTable()
                         "rapporto verifica.txt); esce con 1 se ce ne sono. --ripara corregge le\n"
                         "scadenze come dicono le distinte"),
          true, runVerifica},
+        {QStringLiteral("db"), QStringLiteral("migra --verso SERVIZIO"),
+         QStringLiteral("copia il database dell'azienda (il file Pagame.db) in un database vuoto\n"
+                        "di un server PostgreSQL, indicato dal servizio SERVIZIO di\n"
+                        "pg_service.conf, e verifica righe e totali; il file resta com'è"),
+         true, runDb},
     };
     return table;
 }

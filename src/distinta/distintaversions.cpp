@@ -33,16 +33,14 @@ bool exists(QSqlDatabase &db, const QString &code)
 
 qint64 DistintaVersions::read(QSqlDatabase &db, const QString &code)
 {
-    QSqlQuery q =
-        run(db, QStringLiteral("SELECT num_versione FROM TB_VERSIONI WHERE cod_distinta = ?"),
-            {code});
+    QSqlQuery q = run(
+        db, QStringLiteral("SELECT num_versione FROM TB_VERSIONI WHERE cod_distinta = ?"), {code});
     return q.next() ? q.value(0).toLongLong() : 0;
 }
 
 bool DistintaVersions::isNew(const Distinta &d)
 {
-    return d.hasHeader() &&
-           d.testata.entries().first().status == RecordSet<Testata>::Status::Added;
+    return d.hasHeader() && d.testata.entries().first().status == RecordSet<Testata>::Status::Added;
 }
 
 std::optional<QString> DistintaVersions::claimNumber(QSqlDatabase &db, Distinta &d)

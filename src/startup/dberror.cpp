@@ -27,6 +27,10 @@ AppError databaseError(const QSqlError &error, std::source_location where)
     QString text = error.text().trimmed();
     if (text.isEmpty())
         text = QStringLiteral("Errore del database");
+    if (isConnectionLost(error))
+        text = QStringLiteral("Connessione al database interrotta: quanto era in corso non è stato "
+                              "registrato. (") +
+               text + u')';
     return AppError(AppError::DatabaseBase + (engineCode(error) & 0xff), text,
                     QStringLiteral("Database"), where);
 }
@@ -50,10 +54,13 @@ bool isUniqueViolation(const QSqlError &error)
 
 bool isConnectionLost(const QSqlError &error)
 {
-    // A server's connection exceptions, and the failures libpq reports without a state.
+    // A server's connection exceptions and its ending of the session, and what libpq says
+    // when the connection is already gone.
     const QString state = serverState(error);
     return state.startsWith(QLatin1String("08")) || state == QLatin1String("57P01") ||
-           (error.type() == QSqlError::ConnectionError);
+           state == QLatin1String("57P02") || state == QLatin1String("57P03") ||
+           error.databaseText().contains(QLatin1String("no connection to the server")) ||
+           error.databaseText().contains(QLatin1String("server closed the connection"));
 }
 
 bool isNotADatabase(const QSqlError &error)

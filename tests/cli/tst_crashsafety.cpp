@@ -5,6 +5,7 @@
 // distinte in agreement.
 
 #include "clirun.h"
+#include "testdatabase.h"
 
 #include <QProcess>
 #include <QRandomGenerator>
@@ -43,6 +44,7 @@ private:
     void freeItemsOf(const QString &number);
 
     std::unique_ptr<QTemporaryDir> m_dir;
+    std::unique_ptr<pg::test::TestDatabase> m_database;
     QString m_bank;
     QRandomGenerator m_random{Seed};
     QDate m_window{2026, 8, 20};
@@ -129,6 +131,10 @@ void TestCrashSafety::initTestCase()
                   QStringLiteral("30000"), QStringLiteral("--today"), QStringLiteral("21/11/2026")})
                  .exitCode,
              0);
+    // On the tests' server, the company's Pagame.ini names a database of its own.
+    m_database = std::make_unique<pg::test::TestDatabase>(m_dir->path() +
+                                                          QStringLiteral("/orvida/D_DEMO/"));
+    QVERIFY(m_database->isValid());
     const Run dump = cli({QStringLiteral("archive"), QStringLiteral("dump"), QStringLiteral("14")});
     const QRegularExpressionMatch m =
         QRegularExpression(QStringLiteral("BA1 codice=(\\d{5})(\\d{5})")).match(dump.out);
@@ -228,6 +234,7 @@ void TestCrashSafety::killedAtSeededMoments()
 
 void TestCrashSafety::cleanupTestCase()
 {
+    m_database.reset();
     qInfo("runs killed: %d, runs that ended before their kill point: %d", m_killed, m_completed);
 }
 

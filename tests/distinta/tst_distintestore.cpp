@@ -77,6 +77,7 @@ private slots:
     void lockedDatabase();
     void stateChangeAndSingleRowMarking();
     void twoClerksAtOnce();
+    void databaseLostInsideTheSave();
 
 private:
     std::unique_ptr<TestInstallation> m_inst;
@@ -651,6 +652,50 @@ void TestDistinteStore::twoClerksAtOnce()
     QVERIFY(!other.Salva(second, false, true));
     QCOMPARE(prompter.texts(), QStringList{DistintaVersions::staleMessage(QStringLiteral("2"))});
     QCOMPARE(rowsOf(QStringLiteral("     2")), 0);
+    QCOMPARE(disagreements(), QStringList());
+}
+
+void TestDistinteStore::databaseLostInsideTheSave()
+{
+    // The last write of a save fails: on a server the connection itself goes (the server ends
+    // the session), with SQLite the statement is refused.
+    {
+        DatabaseConnection conn(m_inst->database());
+        QSqlQuery q(conn.database());
+        if (test::onServer()) {
+            QVERIFY(q.exec(QStringLiteral(
+                "CREATE FUNCTION lose() RETURNS trigger LANGUAGE plpgsql AS $$ BEGIN PERFORM "
+                "pg_terminate_backend(pg_backend_pid()); RETURN NEW; END $$")));
+            QVERIFY(q.exec(QStringLiteral("CREATE TRIGGER lose BEFORE INSERT ON TB_GIORNALE FOR "
+                                          "EACH STATEMENT EXECUTE FUNCTION lose()")));
+        } else {
+            QVERIFY(q.exec(QStringLiteral("CREATE TRIGGER lose BEFORE INSERT ON TB_GIORNALE BEGIN "
+                                          "SELECT RAISE(ABORT, 'disk I/O error'); END")));
+        }
+    }
+    test::ScriptedPrompter prompter;
+    Distinta d = newDistinta({rowFor(link(1), QStringLiteral("6"), 100, 100),
+                              rowFor(link(2), QStringLiteral("6"), 200, 50)});
+    QVERIFY(!m_store->Salva(d, false, false));
+    QCOMPARE(prompter.shown().size(), 1);
+    QVERIFY(prompter.lastText().contains(QStringLiteral(" in frmMain!Sub Salva()")));
+    if (test::onServer())
+        QVERIFY(prompter.lastText().contains(QStringLiteral("Connessione al database interrotta")));
+    // Nothing half-written, nothing marked, nothing lost in memory.
+    QCOMPARE(count(QStringLiteral("SELECT COUNT(*) FROM TB_TESTATA")), 0);
+    QCOMPARE(count(QStringLiteral("SELECT COUNT(*) FROM TB_RIGHE")), 0);
+    QCOMPARE(count(QStringLiteral("SELECT COUNT(*) FROM TB_GIORNALE")), 0);
+    QCOMPARE(stateOf(link(1)), QStringLiteral("0"));
+    QVERIFY(d.hasChanges());
+    {
+        DatabaseConnection conn(m_inst->database());
+        QVERIFY(QSqlQuery(conn.database()).exec(QStringLiteral("DROP TRIGGER lose") +
+                                               (test::onServer() ? QStringLiteral(" ON TB_GIORNALE")
+                                                                 : QString())));
+    }
+    QVERIFY(m_store->Salva(d, false, false));
+    QCOMPARE(stateOf(link(1)), QStringLiteral("5"));
+    QCOMPARE(stateOf(link(2)), QStringLiteral("3"));
     QCOMPARE(disagreements(), QStringList());
 }
 
