@@ -1,8 +1,9 @@
 // Saving and reading back a distinta of many rows, each beside the limit of the same machine
 // in the same run:
 //   save   - a new distinta of N rows: grouping, one local transaction, N rewrites of due
-//            items; limit: a plain insert of the same rows in one transaction plus a plain
-//            read-and-rewrite of the same records through the record manager.
+//            items; limit: a plain insert of the same rows in one transaction (on a
+//            PostgreSQL server: one COPY of them) plus a plain read-and-rewrite of the same
+//            records through the record manager.
 //   read   - Leggi of that distinta and the refresh of its list (the lines again, the cells of
 //            a screenful formatted, each account's name read once); limit: a plain select of
 //            the same rows.
@@ -11,6 +12,7 @@
 //
 
 #include "benchcommon.h"
+#include "testdatabase.h"
 #include "testinstallation.h"
 
 #include "archives/store/archivenumbers.h"
@@ -20,6 +22,7 @@
 #include "editor/rowlist/rowlistmodel.h"
 #include "lists/usersettings.h"
 #include "localdb/databaseconnection.h"
+#include "localdb/rowinserter.h"
 
 #include <QCoreApplication>
 #include <QSqlQuery>
@@ -116,18 +119,35 @@ int main(int argc, char **argv)
         saveLimit << bench::timedMs([&] {
             DatabaseConnection conn(inst.database());
             QSqlQuery q(conn.database());
-            q.exec(QStringLiteral("CREATE TEMP TABLE plain AS SELECT * FROM TB_RIGHE WHERE 0"));
             conn.database().transaction();
-            q.prepare(QStringLiteral("INSERT INTO plain (") + sql::columnList<Riga>() +
-                      QStringLiteral(") VALUES (") + QString(QStringLiteral("?,")).repeated(int(Riga::columns().size()) - 1) +
-                      QStringLiteral("?)"));
-            // The rows and the grouped rows, as the save writes both.
-            for (const RecordSet<Riga> *set : {&back.righe, &back.righeRagg}) {
-                for (int i = 0; i < set->size(); ++i) {
-                    int c = 0;
-                    for (const auto &column : Riga::columns())
-                        q.bindValue(c++, column.value(set->at(i)));
-                    q.exec();
+            if (conn.isPostgres()) {
+                // One COPY of the rows and one of the grouped rows.
+                q.exec(QStringLiteral("CREATE TEMP TABLE plain (LIKE TB_RIGHE INCLUDING ALL)"));
+                for (const RecordSet<Riga> *set : {&back.righe, &back.righeRagg}) {
+                    localdb::RowInserter copy(conn.database(), QStringLiteral("plain"),
+                                              sql::columnList<Riga>().split(QStringLiteral(", ")));
+                    for (int i = 0; i < set->size(); ++i) {
+                        QVariantList values;
+                        for (const auto &column : Riga::columns())
+                            values << column.value(set->at(i));
+                        copy.add(values);
+                    }
+                    copy.finish();
+                }
+            } else {
+                q.exec(QStringLiteral("CREATE TEMP TABLE plain AS SELECT * FROM TB_RIGHE WHERE 0"));
+                q.prepare(QStringLiteral("INSERT INTO plain (") + sql::columnList<Riga>() +
+                          QStringLiteral(") VALUES (") +
+                          QString(QStringLiteral("?,")).repeated(int(Riga::columns().size()) - 1) +
+                          QStringLiteral("?)"));
+                // The rows and the grouped rows, as the save writes both.
+                for (const RecordSet<Riga> *set : {&back.righe, &back.righeRagg}) {
+                    for (int i = 0; i < set->size(); ++i) {
+                        int c = 0;
+                        for (const auto &column : Riga::columns())
+                            q.bindValue(c++, column.value(set->at(i)));
+                        q.exec();
+                    }
                 }
             }
             conn.database().commit();
@@ -159,8 +179,11 @@ int main(int argc, char **argv)
         });
         store.Cancella(d);
     }
-    bench::report("salvataggio distinta", rows, bench::median(save), bench::median(saveLimit));
-    bench::report("lettura e lista", rows, bench::median(read), bench::median(readLimit));
+    const QLatin1String engine(test::onServer() ? " (PostgreSQL)" : "");
+    bench::report(qPrintable(QStringLiteral("salvataggio distinta") + engine), rows,
+                  bench::median(save), bench::median(saveLimit));
+    bench::report(qPrintable(QStringLiteral("lettura e lista") + engine), rows,
+                  bench::median(read), bench::median(readLimit));
     bench::reportMemory("salvataggio e lettura");
     return 0;
 }
