@@ -11,6 +11,7 @@
 //   bench_clerks [--clerks C] [--distinte D] [--rows R]
 
 #include "benchcommon.h"
+#include "benchrows.h"
 #include "scriptedprompter.h"
 #include "testdatabase.h"
 #include "testinstallation.h"
@@ -36,30 +37,6 @@ namespace {
 QString linkOf(int clerk, int n)
 {
     return QStringLiteral("K%1%2").arg(clerk).arg(n, 11, 10, QLatin1Char('0'));
-}
-
-Riga rowFor(int clerk, int n)
-{
-    Riga r;
-    r.flg_flag_colpar = QStringLiteral("F");
-    r.des_link_orvida = linkOf(clerk, n);
-    r.des_num_doc = QString::number(n % 999999).rightJustified(6, u'0');
-    r.des_serie_doc = QStringLiteral(" ");
-    r.dat_data_doc = QStringLiteral("20261015");
-    r.dat_data_scad = QStringLiteral("20261130");
-    r.cod_tipo_pag = QStringLiteral("6");
-    r.flg_ind_clifor = QStringLiteral("F");
-    r.cod_clifor = QString::number(200000 + n % 500);
-    r.cod_banca_cli = QStringLiteral("03069");
-    r.cod_agenzia_cli = QStringLiteral("01000");
-    r.des_num_cc = QStringLiteral("000012345678");
-    r.cod_valuta = QStringLiteral("EU");
-    r.val_cambio = 1;
-    r.val_imp_dapag_val = r.val_imp_dapag_eur = 100;
-    r.val_imp_residuo_val = r.val_imp_residuo_eur = 100;
-    r.val_imp_indist_val = r.val_imp_indist_eur = 100;
-    r.des_scadenza = QStringLiteral("Vs.Fatt. ") + r.des_num_doc;
-    return r;
 }
 
 // One clerk: its distinte saved one after the other on the installation the arguments name.
@@ -88,7 +65,7 @@ int clerk(const QStringList &args)
         d.editHeader().cod_abi_banca = QStringLiteral("02008");
         d.editHeader().cod_cab_banca = QStringLiteral("01600");
         for (int n = k * rows; n < (k + 1) * rows; ++n) {
-            Riga r = rowFor(me, n);
+            Riga r = bench::rowFor(linkOf(me, n), n, 100);
             r.cod_distinta = d.header().cod_distinta;
             d.righe.append(r);
         }
@@ -150,11 +127,11 @@ int main(int argc, char **argv)
                                                      QString::number(200000 + n % 500), 100);
     if (!inst.put(items))
         return 1;
-    const QStringList base{QStringLiteral("--company"), CompanyArchiveDir(),
-                           QStringLiteral("--common"),  CommonArchiveDir(),
-                           QStringLiteral("--conn"),    inst.connectionString(),
+    const QStringList base{QStringLiteral("--company"),  CompanyArchiveDir(),
+                           QStringLiteral("--common"),   CommonArchiveDir(),
+                           QStringLiteral("--conn"),     inst.connectionString(),
                            QStringLiteral("--distinte"), QString::number(distinte),
-                           QStringLiteral("--rows"),    QString::number(rows)};
+                           QStringLiteral("--rows"),     QString::number(rows)};
 
     // One alone (clerk 0's items), then all the others together.
     const double alone = runClerks(base, 0, 1);

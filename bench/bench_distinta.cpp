@@ -12,6 +12,7 @@
 //
 
 #include "benchcommon.h"
+#include "benchrows.h"
 #include "testdatabase.h"
 #include "testinstallation.h"
 
@@ -27,7 +28,6 @@
 #include <QCoreApplication>
 #include <QSqlQuery>
 
-
 using namespace pg;
 using namespace pg::distinta;
 
@@ -36,30 +36,6 @@ namespace {
 QString linkOf(int n)
 {
     return QStringLiteral("B%1").arg(n, 12, 10, QLatin1Char('0'));
-}
-
-Riga rowFor(int n)
-{
-    Riga r;
-    r.flg_flag_colpar = QStringLiteral("F");
-    r.des_link_orvida = linkOf(n);
-    r.des_num_doc = QString::number(n % 999999).rightJustified(6, u'0');
-    r.des_serie_doc = QStringLiteral(" ");
-    r.dat_data_doc = QStringLiteral("20261015");
-    r.dat_data_scad = QStringLiteral("20261130");
-    r.cod_tipo_pag = QStringLiteral("6");
-    r.flg_ind_clifor = QStringLiteral("F");
-    r.cod_clifor = QString::number(200000 + n % 500);
-    r.cod_banca_cli = QStringLiteral("03069");
-    r.cod_agenzia_cli = QString::number(1000 + n % 3).rightJustified(5, u'0');
-    r.des_num_cc = QStringLiteral("000012345678");
-    r.cod_valuta = QStringLiteral("EU");
-    r.val_cambio = 1;
-    r.val_imp_dapag_val = r.val_imp_dapag_eur = 100 + n % 900;
-    r.val_imp_residuo_val = r.val_imp_residuo_eur = r.val_imp_dapag_val;
-    r.val_imp_indist_val = r.val_imp_indist_eur = r.val_imp_dapag_val;
-    r.des_scadenza = QStringLiteral("Vs.Fatt. ") + r.des_num_doc;
-    return r;
 }
 
 } // namespace
@@ -76,9 +52,10 @@ int main(int argc, char **argv)
     QList<archives::ErpRecord> items;
     QList<Riga> prepared;
     for (int n = 1; n <= rows; ++n) {
-        items << test::TestInstallation::dueItem(QStringLiteral("F"), linkOf(n), QStringLiteral("6"),
+        items << test::TestInstallation::dueItem(QStringLiteral("F"), linkOf(n),
+                                                 QStringLiteral("6"),
                                                  QString::number(200000 + n % 500), 100 + n % 900);
-        prepared << rowFor(n);
+        prepared << bench::rowFor(linkOf(n), n, 100 + n % 900);
     }
     if (!inst.put(items))
         return 1;
@@ -167,7 +144,8 @@ int main(int argc, char **argv)
             qint64 sink = 0;
             // The rows and the grouped rows, as Leggi reads both.
             for (const char *table : {"TB_RIGHE", "TB_RIGHE_RAGG"}) {
-                q.prepare(QStringLiteral("SELECT * FROM %1 WHERE cod_distinta = ?").arg(QLatin1String(table)));
+                q.prepare(QStringLiteral("SELECT * FROM %1 WHERE cod_distinta = ?")
+                              .arg(QLatin1String(table)));
                 q.addBindValue(code);
                 q.exec();
                 while (q.next())
@@ -182,8 +160,8 @@ int main(int argc, char **argv)
     const QLatin1String engine(test::onServer() ? " (PostgreSQL)" : "");
     bench::report(qPrintable(QStringLiteral("salvataggio distinta") + engine), rows,
                   bench::median(save), bench::median(saveLimit));
-    bench::report(qPrintable(QStringLiteral("lettura e lista") + engine), rows,
-                  bench::median(read), bench::median(readLimit));
+    bench::report(qPrintable(QStringLiteral("lettura e lista") + engine), rows, bench::median(read),
+                  bench::median(readLimit));
     bench::reportMemory("salvataggio e lettura");
     return 0;
 }

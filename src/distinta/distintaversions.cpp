@@ -2,6 +2,7 @@
 
 #include "core/distintacode.h"
 #include "core/vbformat.h"
+#include "localdb/sqldialect.h"
 #include "startup/dberror.h"
 
 #include <QSqlQuery>
@@ -10,22 +11,10 @@ namespace pg::distinta {
 
 namespace {
 
-QSqlQuery run(QSqlDatabase &db, const QString &sql, const QVariantList &binds)
-{
-    QSqlQuery query(db);
-    query.setForwardOnly(true);
-    if (!query.prepare(sql))
-        throw databaseError(query.lastError());
-    for (const QVariant &v : binds)
-        query.addBindValue(v);
-    if (!query.exec())
-        throw databaseError(query.lastError());
-    return query;
-}
-
 bool exists(QSqlDatabase &db, const QString &code)
 {
-    return run(db, QStringLiteral("SELECT 1 FROM TB_TESTATA WHERE cod_distinta = ?"), {code})
+    return localdb::runQuery(db, QStringLiteral("SELECT 1 FROM TB_TESTATA WHERE cod_distinta = ?"),
+                             {code})
         .next();
 }
 
@@ -33,7 +22,7 @@ bool exists(QSqlDatabase &db, const QString &code)
 
 qint64 DistintaVersions::read(QSqlDatabase &db, const QString &code)
 {
-    QSqlQuery q = run(
+    QSqlQuery q = localdb::runQuery(
         db, QStringLiteral("SELECT num_versione FROM TB_VERSIONI WHERE cod_distinta = ?"), {code});
     return q.next() ? q.value(0).toLongLong() : 0;
 }
@@ -48,7 +37,8 @@ std::optional<QString> DistintaVersions::claimNumber(QSqlDatabase &db, Distinta 
     const QString wanted = d.header().cod_distinta;
     std::optional<QString> note;
     if (exists(db, wanted)) {
-        QSqlQuery q = run(db, QStringLiteral("SELECT MAX(cod_distinta) FROM TB_TESTATA"), {});
+        QSqlQuery q =
+            localdb::runQuery(db, QStringLiteral("SELECT MAX(cod_distinta) FROM TB_TESTATA"), {});
         const double max = q.next() ? q.value(0).toString().trimmed().toDouble() : 0;
         // Kept in 16 bits, as every distinta number: past 32767 the distinte are full.
         const QString code = formatDistintaCode(vb::cint(max + 1));
@@ -62,9 +52,10 @@ std::optional<QString> DistintaVersions::claimNumber(QSqlDatabase &db, Distinta 
                               "%2.")
                    .arg(wanted.trimmed(), code.trimmed());
     }
-    run(db, QStringLiteral("DELETE FROM TB_VERSIONI WHERE cod_distinta = ?"),
-        {d.header().cod_distinta});
-    run(db, QStringLiteral("INSERT INTO TB_VERSIONI (cod_distinta, num_versione) VALUES (?, 1)"),
+    localdb::runQuery(db, QStringLiteral("DELETE FROM TB_VERSIONI WHERE cod_distinta = ?"),
+                      {d.header().cod_distinta});
+    localdb::runQuery(
+        db, QStringLiteral("INSERT INTO TB_VERSIONI (cod_distinta, num_versione) VALUES (?, 1)"),
         {d.header().cod_distinta});
     return note;
 }
@@ -72,24 +63,26 @@ std::optional<QString> DistintaVersions::claimNumber(QSqlDatabase &db, Distinta 
 bool DistintaVersions::raise(QSqlDatabase &db, const Distinta &d)
 {
     const QString code = d.header().cod_distinta;
-    QSqlQuery update = run(db,
-                           QStringLiteral("UPDATE TB_VERSIONI SET num_versione = num_versione + "
-                                          "1 WHERE cod_distinta = ? AND num_versione = ?"),
-                           {code, d.versione});
+    QSqlQuery update =
+        localdb::runQuery(db,
+                          QStringLiteral("UPDATE TB_VERSIONI SET num_versione = num_versione + "
+                                         "1 WHERE cod_distinta = ? AND num_versione = ?"),
+                          {code, d.versione});
     if (update.numRowsAffected() == 1)
         return true;
     // A distinta saved by an earlier release has no version yet: its first save gives it one,
     // provided it is still there and nobody gave it one meanwhile.
     if (d.versione != 0 || !exists(db, code) || read(db, code) != 0)
         return false;
-    run(db, QStringLiteral("INSERT INTO TB_VERSIONI (cod_distinta, num_versione) VALUES (?, 1)"),
+    localdb::runQuery(
+        db, QStringLiteral("INSERT INTO TB_VERSIONI (cod_distinta, num_versione) VALUES (?, 1)"),
         {code});
     return true;
 }
 
 void DistintaVersions::remove(QSqlDatabase &db, const QString &code)
 {
-    run(db, QStringLiteral("DELETE FROM TB_VERSIONI WHERE cod_distinta = ?"), {code});
+    localdb::runQuery(db, QStringLiteral("DELETE FROM TB_VERSIONI WHERE cod_distinta = ?"), {code});
 }
 
 QString DistintaVersions::staleMessage(const QString &code)

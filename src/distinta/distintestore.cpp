@@ -14,6 +14,7 @@
 #include "core/vbformat.h"
 #include "localdb/databaseconnection.h"
 #include "localdb/openerror.h"
+#include "localdb/sqldialect.h"
 #include "startup/dberror.h"
 #include "startup/errortrap.h"
 
@@ -33,26 +34,11 @@ const QString RowsOfDistinta = QStringLiteral(
     "WHERE cod_distinta = ? ORDER BY cod_clifor, dat_data_doc, des_serie_doc, des_num_doc, "
     "des_num_rata, rowid");
 
-QSqlQuery run(QSqlDatabase &db, const QString &sql, const QVariantList &binds = {})
-{
-    QSqlQuery query(db);
-    query.setForwardOnly(true);
-    if (!query.prepare(sql))
-        throw databaseError(query.lastError());
-    for (const QVariant &v : binds)
-        query.addBindValue(v);
-    if (!query.exec())
-        throw databaseError(query.lastError());
-    return query;
-}
-
 } // namespace
 
 DistinteStore::DistinteStore(archives::ErpSession *erp)
-    : m_erp(erp)
-    , m_groupTemplate(defaultGroupDescriptionTemplate())
-{
-}
+    : m_erp(erp), m_groupTemplate(defaultGroupDescriptionTemplate())
+{}
 
 DistinteStore::~DistinteStore() = default;
 
@@ -89,8 +75,8 @@ std::unique_ptr<DatabaseConnection> DistinteStore::open() const
 void DistinteStore::Nuovo(Distinta &d)
 {
     auto conn = open();
-    QSqlQuery q = run(conn->database(),
-                      QStringLiteral("SELECT MAX(cod_distinta) AS MaxValue FROM TB_TESTATA"));
+    QSqlQuery q = localdb::runQuery(
+        conn->database(), QStringLiteral("SELECT MAX(cod_distinta) AS MaxValue FROM TB_TESTATA"));
     double maxValue = 0;
     if (q.next() && !q.value(0).isNull()) {
         bool ok = false;
@@ -119,7 +105,8 @@ void DistinteStore::Leggi(Distinta &d, const QString &code)
     auto conn = open();
     QSqlDatabase &db = conn->database();
     Distinta read;
-    read.testata.load(sql::readRows<Testata>(db, TbTestata, QStringLiteral("WHERE cod_distinta = ?"), {code}));
+    read.testata.load(
+        sql::readRows<Testata>(db, TbTestata, QStringLiteral("WHERE cod_distinta = ?"), {code}));
     read.righe.load(sql::readRows<Riga>(db, TbRighe, RowsOfDistinta, {code}));
     read.righeRagg.load(sql::readRows<Riga>(db, TbRigheRagg, RowsOfDistinta, {code}));
     read.versione = DistintaVersions::read(db, code);
@@ -138,25 +125,27 @@ std::optional<QString> DistinteStore::Esiste(QString &code, int direction)
         // The next code in the index's order, as the database yields it.
         sql = QStringLiteral("SELECT cod_distinta FROM TB_TESTATA WHERE cod_distinta > ? "
                              "ORDER BY cod_distinta LIMIT 1");
-        fallback = QStringLiteral("SELECT cod_distinta FROM TB_TESTATA ORDER BY cod_distinta DESC LIMIT 1");
+        fallback = QStringLiteral(
+            "SELECT cod_distinta FROM TB_TESTATA ORDER BY cod_distinta DESC LIMIT 1");
         break;
     case 2:
         if (code.trimmed().isEmpty())
             code = QStringLiteral("zzzzzzzzzz");
         sql = QStringLiteral("SELECT cod_distinta FROM TB_TESTATA WHERE cod_distinta < ? "
                              "ORDER BY cod_distinta DESC LIMIT 1");
-        fallback = QStringLiteral("SELECT cod_distinta FROM TB_TESTATA ORDER BY cod_distinta LIMIT 1");
+        fallback =
+            QStringLiteral("SELECT cod_distinta FROM TB_TESTATA ORDER BY cod_distinta LIMIT 1");
         break;
     default:
         return std::nullopt;
     }
     auto conn = open();
-    QSqlQuery q = run(conn->database(), sql, {code});
+    QSqlQuery q = localdb::runQuery(conn->database(), sql, {code});
     if (q.next())
         return q.value(0).toString();
     if (fallback.isEmpty())
         return std::nullopt;
-    QSqlQuery f = run(conn->database(), fallback);
+    QSqlQuery f = localdb::runQuery(conn->database(), fallback);
     if (f.next())
         return f.value(0).toString();
     return std::nullopt;
@@ -250,15 +239,15 @@ bool DistinteStore::Salva(Distinta &d, bool askFirst, bool noRegroup)
                 notes << DueItemUpdates::leftOutMessage(paidElsewhere);
                 if (d.righe.isEmpty()) {
                     tellNotes();
-                    msgBox(QStringLiteral("Imposssibile salvare non esistono righe!"),
-                           Buttons::Ok, Icon::Exclamation);
+                    msgBox(QStringLiteral("Imposssibile salvare non esistono righe!"), Buttons::Ok,
+                           Icon::Exclamation);
                     return false;
                 }
                 noRegroup = false;
                 continue;
             }
-            WriteBackJournal::record(db, WriteBackJournal::Operation::Save,
-                                     d.header().cod_distinta, entries);
+            WriteBackJournal::record(db, WriteBackJournal::Operation::Save, d.header().cod_distinta,
+                                     entries);
             transaction->commit();
             d.testata.acceptChanges(header);
             d.righe.acceptChanges(rows);
@@ -310,7 +299,8 @@ bool DistinteStore::SalvaDesc(Distinta &d)
     } catch (const ProcessEnded &) {
         throw;
     } catch (...) {
-        ErrTrap(QStringLiteral("frmMain!Sub Salva()"), errorFromException(std::current_exception()));
+        ErrTrap(QStringLiteral("frmMain!Sub Salva()"),
+                errorFromException(std::current_exception()));
         return false;
     }
 }
@@ -347,7 +337,8 @@ bool DistinteStore::Cancella(Distinta &d)
         RecordSet<Riga> groups = d.righeRagg;
         rows.removeAll();
         groups.removeAll();
-        run(db, QStringLiteral("DELETE FROM TB_TESTATA WHERE cod_distinta = ?"), {code});
+        localdb::runQuery(db, QStringLiteral("DELETE FROM TB_TESTATA WHERE cod_distinta = ?"),
+                          {code});
         DistintaVersions::remove(db, code);
         sql::writeChanges(db, TbRighe, rows);
         sql::writeChanges(db, TbRigheRagg, groups);
@@ -363,7 +354,8 @@ bool DistinteStore::Cancella(Distinta &d)
         const int left =
             int(updates.carryOut(db, entries, false, QStringLiteral("Cancella")).pending.size());
         if (left > 0)
-            msgBox(QStringLiteral("Errore in aggiornamento archivi [orvida]") + QStringLiteral("\r\n") +
+            msgBox(QStringLiteral("Errore in aggiornamento archivi [orvida]") +
+                       QStringLiteral("\r\n") +
                        QStringLiteral("La distinta è stata eliminata, ma %1 sue scadenze non sono "
                                       "ancora state liberate: lo saranno alla prossima operazione "
                                       "sulle distinte o al prossimo avvio del programma.")
@@ -385,7 +377,8 @@ bool DistinteStore::Cancella(Distinta &d)
         } catch (const ProcessEnded &) {
             throw;
         } catch (...) {
-            ErrTrap(QStringLiteral("frmMain!Sub Salva()"), errorFromException(std::current_exception()));
+            ErrTrap(QStringLiteral("frmMain!Sub Salva()"),
+                    errorFromException(std::current_exception()));
         }
         return false;
     }
@@ -433,7 +426,8 @@ bool DistinteStore::AggiornaScadenze(const Testata &header, const QList<Riga> &r
         return true;
     conn->setDurableCommits(true);
     Transaction transaction(db);
-    WriteBackJournal::record(db, WriteBackJournal::Operation::BankFile, header.cod_distinta, entries);
+    WriteBackJournal::record(db, WriteBackJournal::Operation::BankFile, header.cod_distinta,
+                             entries);
     transaction.commit();
     conn->setDurableCommits(false);
     updates.carryOut(db, entries, true, source);
@@ -485,7 +479,8 @@ bool DistinteStore::ControllaDatiBanca(const RecordSet<Riga> &rows) const
     for (int i = 0; i < rows.size(); ++i) {
         const Riga &row = rows.at(i);
         const QString type = row.cod_tipo_pag.trimmed();
-        const bool noBank = row.cod_banca_cli.trimmed().isEmpty() || row.cod_agenzia_cli.trimmed().isEmpty();
+        const bool noBank =
+            row.cod_banca_cli.trimmed().isEmpty() || row.cod_agenzia_cli.trimmed().isEmpty();
         if (type == u"6" && (row.des_num_cc.trimmed().isEmpty() || noBank))
             return false;
         if ((type == u"0" || type == u"1" || type == u"2") && noBank)
@@ -496,13 +491,14 @@ bool DistinteStore::ControllaDatiBanca(const RecordSet<Riga> &rows) const
 
 void DistinteStore::RaggruppaRighe(Distinta &d)
 {
-    underTrap(QStringLiteral("clsDistinte!RaggruppaRighe"), [&] { raggruppaRighe(d, m_groupTemplate); });
+    underTrap(QStringLiteral("clsDistinte!RaggruppaRighe"),
+              [&] { raggruppaRighe(d, m_groupTemplate); });
 }
 
 QueryResult DistinteStore::GetRsGen(const QString &sql, const QVariantList &binds)
 {
     auto conn = open();
-    QSqlQuery q = run(conn->database(), sql, binds);
+    QSqlQuery q = localdb::runQuery(conn->database(), sql, binds);
     QueryResult result;
     const QSqlRecord record = q.record();
     for (int i = 0; i < record.count(); ++i)

@@ -3,6 +3,7 @@
 #include "localdb/schema.h"
 
 #include <QSqlDatabase>
+#include <QSqlQuery>
 #include <QString>
 #include <QStringList>
 #include <QVariant>
@@ -54,7 +55,9 @@ public:
     virtual QList<SchemaRelation> foreignKeys(QSqlDatabase &db, const QString &table) const = 0;
 };
 
-// The rows of a query with its values bound (a failure raises the database's AppError).
+// A statement run with its values bound, forward only (a failure raises the database's
+// AppError), and the rows of a query so run.
+QSqlQuery runQuery(QSqlDatabase &db, const QString &sql, const QVariantList &values = {});
 QList<QVariantList> queryRows(QSqlDatabase &db, const QString &sql,
                               const QVariantList &values = {});
 

@@ -131,7 +131,7 @@ const SqlDialect &SqlDialect::of(const QSqlDatabase &db)
     return isPostgres(db) ? postgresDialect() : static_cast<const SqlDialect &>(sqlite);
 }
 
-QList<QVariantList> queryRows(QSqlDatabase &db, const QString &sql, const QVariantList &values)
+QSqlQuery runQuery(QSqlDatabase &db, const QString &sql, const QVariantList &values)
 {
     QSqlQuery query(db);
     query.setForwardOnly(true);
@@ -141,6 +141,12 @@ QList<QVariantList> queryRows(QSqlDatabase &db, const QString &sql, const QVaria
         query.addBindValue(value);
     if (!query.exec())
         throw databaseError(query.lastError());
+    return query;
+}
+
+QList<QVariantList> queryRows(QSqlDatabase &db, const QString &sql, const QVariantList &values)
+{
+    QSqlQuery query = runQuery(db, sql, values);
     QList<QVariantList> out;
     const int columns = query.record().count();
     while (query.next()) {
