@@ -194,6 +194,16 @@ void TestServerDatabase::settingsAndFailures()
     elsewhere.port = 1;
     QVERIFY(!CreateDatabase(elsewhere));
     QVERIFY(prompter.lastText().contains(QStringLiteral("non risponde")));
+    // A clerk whose password the server refuses.
+    QVERIFY(test::onServerAdmin(QStringLiteral(
+        "DO $$ BEGIN IF NOT EXISTS (SELECT FROM pg_roles WHERE rolname = 'cassiere') THEN "
+        "CREATE ROLE cassiere LOGIN PASSWORD 'giusta'; END IF; END $$")));
+    DatabaseLocation clerk = m_database->location();
+    clerk.user = QStringLiteral("cassiere");
+    qputenv("PGPASSWORD", "sbagliata");
+    QVERIFY(!CreateDatabase(clerk));
+    qunsetenv("PGPASSWORD");
+    QVERIFY(prompter.lastText().contains(QStringLiteral("ha rifiutato l'accesso")));
     DatabaseLocation missing = m_database->location();
     missing.database = QStringLiteral("nessuno");
     QVERIFY(!CreateDatabase(missing));

@@ -34,6 +34,9 @@ start)
   fi
   as_server "$bindir/initdb" -D "$dir/data" -U postgres -A trust -E UTF8 --no-locale \
     >"$dir/initdb.log" 2>&1 || { cat "$dir/initdb.log" >&2; exit 1; }
+  # Every role enters without a password but "cassiere", whose password the tests get wrong
+  # on purpose.
+  printf 'local all cassiere scram-sha-256\nlocal all all trust\n' >"$dir/data/pg_hba.conf"
   # Durability does not matter for a throwaway server: the tests run faster without it.
   as_server "$bindir/pg_ctl" -D "$dir/data" -l "$dir/server.log" -w -t 60 start \
     -o "-k $dir -p $port -c listen_addresses='' -c fsync=off -c synchronous_commit=off -c full_page_writes=off -c max_connections=200" \
