@@ -6,6 +6,7 @@
 #include "windowtrace.h"
 
 #include "archives/store/recordmanagerfactory.h"
+#include "core/applocale.h"
 #include "core/prompter.h"
 #include "editor/detail/detaildialog.h"
 #include "editor/selection/duitemprogress.h"
@@ -88,6 +89,7 @@ void Program::connectOtherParts(editor::MainWindow &window)
 
 bool Program::start(const QStringList &arguments)
 {
+    followSystemLocaleOrItalian();
     StartupSequence(m_steps).run(arguments);
     loadPrintDialog();
     m_load = std::make_unique<editor::MainWindowLoad>(
