@@ -51,7 +51,7 @@ void cmdVerifica(distinta::DistinteStore &store, archives::ErpSession &erp, QWid
         return;
     }
     writeReportFile(MarkReconciliation::reportPath(), reconciliation.reportLines());
-    openReport(MarkReconciliation::reportPath());
+    openReport(MarkReconciliation::reportPath(), parent);
     const int repairable = reconciliation.repairableCount();
     if (!complete || repairable == 0)
         return;
