@@ -4,6 +4,7 @@
 
 #include "core/vbdate.h"
 #include "core/vbformat.h"
+#include "lists/usersettings.h"
 #include "startup/errortrap.h"
 #include "ui/codelineedit.h"
 #include "ui/icons.h"
@@ -489,6 +490,12 @@ void MainWindow::Form_Unload()
     if (m_unloaded)
         return;
     m_unloaded = true;
+    // "Salva posizione colonne all'uscita.": the columns as the clerk left them, for the next
+    // start. A window that never loaded has no columns of the clerk's to keep.
+    if (m_editor && currentSettings().saveOnExit != 0) {
+        currentSettings().columnLayout = m_list->columnLayout();
+        pSaveColumnLayout();
+    }
     m_list->setDistinta(nullptr);
     m_list->setSession(nullptr);
     m_editor.reset();

@@ -49,6 +49,7 @@ private slots:
     void formats();
     void modelPassesTheTester();
     void columnsFollowTheSettings();
+    void columnLayoutRoundTrip();
     void accountsAreReadOncePerAccount();
     void sorting();
     void residualAmountLimits();
@@ -203,6 +204,38 @@ void TestRowList::columnsFollowTheSettings()
             view.fontMetrics().horizontalAdvance(QStringLiteral("Ferramenta Rossi Srl")));
     QVERIFY(view.columnWidth(model.columnOfField(QStringLiteral("dat_data_doc"))) >=
             twipsToPixels(1250));
+}
+
+void TestRowList::columnLayoutRoundTrip()
+{
+    distinta::Distinta d = distintaOf({row(1), row(2)});
+    UserSettings settings;
+    RowListView view;
+    view.setSession(&m_inst->erp());
+    view.LV_InizializzaLista(settings);
+    view.setDistinta(&d);
+    // The clerk drags "Ragione Sociale" to the front and widens "Codice".
+    QHeaderView *header = view.horizontalHeader();
+    const RowListModel &model = *view.rowModel();
+    const int name = model.columnOfField(QStringLiteral("ragsoc"));
+    const int code = model.columnOfField(QStringLiteral("cod_clifor"));
+    header->moveSection(header->visualIndex(name), 1);
+    view.setColumnWidth(code, 300);
+    settings.columnLayout = view.columnLayout();
+    QVERIFY(settings.columnLayout.startsWith(QStringLiteral("ragsoc=")));
+    QVERIFY(settings.columnLayout.contains(QStringLiteral("cod_clifor=300")));
+
+    // The next start's list comes back so, refilled as often as it may be.
+    RowListView again;
+    again.setSession(&m_inst->erp());
+    again.LV_InizializzaLista(settings);
+    again.setDistinta(&d);
+    again.LV_RefreshLista();
+    QCOMPARE(again.columnLayout(), settings.columnLayout);
+    // A column the list no longer shows is passed over; the others keep the saved order.
+    settings.columns.insert(QStringLiteral("Ragione Sociale"), false);
+    again.LV_InizializzaLista(settings);
+    QVERIFY(again.columnLayout().startsWith(QStringLiteral("des_num_doc=")));
 }
 
 void TestRowList::accountsAreReadOncePerAccount()
