@@ -1,6 +1,7 @@
 #include "startupsequence.h"
 
 #include "core/prompter.h"
+#include "localdb/databaseaccess.h"
 #include "localdb/localdatabase.h"
 #include "startup/paths.h"
 
@@ -25,7 +26,8 @@ StartupSequence::Steps StartupSequence::programSteps()
         localdb::GenerateSchemaFile(location);
     };
     steps.checkDatabaseVersion = [](const localdb::DatabaseLocation &location) {
-        return localdb::CheckDatabaseVersion(location);
+        // A database this account cannot open is told as such, before any version check.
+        return localdb::databaseOpens(location) && localdb::CheckDatabaseVersion(location);
     };
     return steps;
 }
