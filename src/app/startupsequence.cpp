@@ -1,5 +1,7 @@
 #include "startupsequence.h"
 
+#include "olderdatabase.h"
+
 #include "core/prompter.h"
 #include "localdb/databaseaccess.h"
 #include "localdb/localdatabase.h"
@@ -29,6 +31,7 @@ StartupSequence::Steps StartupSequence::programSteps()
         // A database this account cannot open is told as such, before any version check.
         return localdb::databaseOpens(location) && localdb::CheckDatabaseVersion(location);
     };
+    steps.noticeOlderDatabase = &OlderDatabase::notice;
     return steps;
 }
 
@@ -82,6 +85,9 @@ void StartupSequence::run(const QStringList &arguments)
 
     if (!m_steps.checkDatabaseVersion(*database))
         endProcess(1);
+
+    if (m_steps.noticeOlderDatabase)
+        m_steps.noticeOlderDatabase(environment, *database);
 }
 
 } // namespace pg::app
