@@ -11,5 +11,6 @@ int runList(CommandContext &context);
 int runShow(CommandContext &context);
 int runDelete(CommandContext &context);
 int runVerifica(CommandContext &context);
+int runInstalla(CommandContext &context);
 
 } // namespace pg::cli
