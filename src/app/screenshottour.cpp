@@ -1,5 +1,6 @@
 #include "screenshottour.h"
 
+#include "editor/rowlist/rowlistview.h"
 #include "editor/window/distintaeditor.h"
 #include "editor/window/mainwindow.h"
 
@@ -76,6 +77,11 @@ void startScreenshotTour(editor::MainWindow &window)
                    [&window] { window.cmdOptions_Click(); });
         grabDialog("pg::bankfile::frmCreaFile", dir, QStringLiteral("bonifici"),
                    [&window] { window.cmdCreaFile_Click(); });
+        // The supplier of the first row, its bank data whole.
+        editor::RowListView *list = window.lvwScadenze();
+        list->setCurrentIndex(list->model()->index(0, 1));
+        grabDialog("pg::editor::DetailDialog", dir, QStringLiteral("fornitore"),
+                   [&window] { window.cmdZoomCli_Click(); });
         // The print dialog, then "Stampa" into the preview, closed without printing.
         whenModal("pg::printing::StampaDialog", [dir](QDialog *dialog) {
             save(dialog, dir, QStringLiteral("stampa"));
