@@ -1,4 +1,3 @@
-#include "localdb/databaseaccess.h"
 #include "localdb/databaseconnection.h"
 #include "localdb/localdatabase.h"
 #include "localdb/schemacatalog.h"
@@ -16,11 +15,6 @@
 #include <QSqlRecord>
 #include <QTemporaryDir>
 #include <QTest>
-
-#ifdef Q_OS_UNIX
-#include <sys/stat.h>
-#include <unistd.h>
-#endif
 
 using namespace pg;
 using namespace pg::localdb;
@@ -169,7 +163,6 @@ private slots:
     void upgradeFrom060700();
     void upgradeWaitsForOtherPrograms();
     void failures();
-    void newDatabaseIsOpenToWhomTheFolderAllows();
 
 private:
     QString programDir() const { return m_dir->path() + QStringLiteral("/exe/"); }
@@ -596,51 +589,12 @@ void TestLocalDatabase::failures()
     QVERIFY(!QFileInfo::exists(generated()));
     QCOMPARE(readAll(database()), notADatabase.repeated(40));
 
-    // Start-up says plainly why the database does not open, before any version check.
-    prompter.clear();
-    QVERIFY(!databaseOpens(DatabaseLocation::file(database())));
-    QCOMPARE(prompter.shown().size(), 1);
-    QVERIFY(prompter.lastText().startsWith(
-        QStringLiteral("Impossibile aprire il database locale del programma.\r\n")));
-    QVERIFY(prompter.lastText().contains(QStringLiteral(" non è un database o è danneggiato.")));
-
     // An existing file is never replaced by a new database.
     prompter.clear();
     QVERIFY(!CreateDatabaseFromSchema(archiveDir(), FileName));
     QCOMPARE(prompter.shown().size(), 1);
     QCOMPARE(readAll(database()), notADatabase.repeated(40));
     QCOMPARE(QDir(archiveDir()).entryList(QDir::Files), QStringList{FileName});
-}
-
-void TestLocalDatabase::newDatabaseIsOpenToWhomTheFolderAllows()
-{
-#ifdef Q_OS_UNIX
-    // Another clerk's account, or the administrator's, reads and writes the database that the
-    // first start made: it has the permissions of any new file of its folder.
-    const mode_t previous = ::umask(002);
-    ScriptedPrompter prompter;
-    QVERIFY(CreateDatabaseFromSchema(archiveDir(), FileName));
-    QFile probe(archiveDir() + QStringLiteral("probe"));
-    QVERIFY(probe.open(QIODevice::WriteOnly));
-    ::umask(previous);
-    QCOMPARE(QFileInfo(database()).permissions(), probe.permissions());
-    QVERIFY(QFileInfo(database()).permissions().testFlag(QFileDevice::WriteGroup));
-    QVERIFY(prompter.shown().isEmpty());
-
-    // An account that may not is told so, with the file's owner and permissions (an
-    // administrator's account may always).
-    QVERIFY(QFile::setPermissions(database(), QFileDevice::ReadOwner | QFileDevice::WriteOwner));
-    QVERIFY(QFile::setPermissions(archiveDir(), QFileDevice::ReadOwner | QFileDevice::ExeOwner));
-    if (::geteuid() != 0) {
-        QVERIFY(!databaseOpens(DatabaseLocation::file(database())));
-        QVERIFY2(prompter.lastText().contains(QStringLiteral("non ha il permesso")),
-                 qPrintable(prompter.lastText()));
-    }
-    QFile::setPermissions(archiveDir(), QFileDevice::ReadOwner | QFileDevice::WriteOwner |
-                                            QFileDevice::ExeOwner);
-#else
-    QSKIP("File permissions of the Unix kind.");
-#endif
 }
 
 QTEST_GUILESS_MAIN(TestLocalDatabase)
