@@ -67,7 +67,7 @@ void installFileCommandHooks(editor::MainWindow &window, editor::MainWindowLoad 
         if (written)
             showSaved(window, *load.store());
     };
-    hooks.completenessCheck = [&window, &load](editor::DistintaEditor &editor, QWidget *) {
+    hooks.completenessCheck = [&window, &load](editor::DistintaEditor &editor, QWidget *parent) {
         if (!load.store() || !load.erp() || !editor.hasDistinta())
             return;
         checks::CompletenessCheck check(*load.store(), *load.erp());
@@ -79,7 +79,7 @@ void installFileCommandHooks(editor::MainWindow &window, editor::MainWindowLoad 
         // The rows now carry the bank data of the account masters, as saved.
         showSaved(window, *load.store());
         if (result.errorsFound)
-            checks::openReport(result.reportPath);
+            checks::openReport(result.reportPath, parent);
     };
     hooks.verifyDueItems = [&load](QWidget *parent) {
         if (load.store() && load.erp())

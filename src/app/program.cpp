@@ -6,6 +6,7 @@
 #include "windowtrace.h"
 
 #include "archives/store/recordmanagerfactory.h"
+#include "core/applocale.h"
 #include "core/prompter.h"
 #include "editor/detail/detaildialog.h"
 #include "editor/selection/duitemprogress.h"
@@ -35,8 +36,10 @@ Program::Program() : m_steps(StartupSequence::programSteps())
 
 Program::~Program()
 {
+    // The unload step, then the print dialog, before the other windows.
     if (m_window)
         m_window->Form_Unload();
+    m_printDialog.reset();
 }
 
 void Program::installTranslations(QCoreApplication &application)
@@ -51,7 +54,7 @@ void Program::installTranslations(QCoreApplication &application)
 
 void Program::loadPrintDialog()
 {
-    // The print dialog of the distinte joins here, hidden, once the printing part provides it.
+    m_printDialog = std::make_unique<printing::StampaDialog>(m_printers);
 }
 
 void Program::connectOtherParts(editor::MainWindow &window)
@@ -80,7 +83,11 @@ void Program::connectOtherParts(editor::MainWindow &window)
     };
 
     // The print dialog, the choice of printer and the list of the templates' fields.
-    printing::installPrintingHooks(hooks, *m_load, m_printers, [&window] { window.showPrinter(); });
+    // Over the main window from now on.
+    if (m_printDialog)
+        m_printDialog->setParent(&window, m_printDialog->windowFlags());
+    printing::installPrintingHooks(
+        hooks, *m_load, m_printers, [&window] { window.showPrinter(); }, m_printDialog.get());
 
     // The bank file and the completeness check.
     installFileCommandHooks(window, *m_load);
@@ -88,6 +95,7 @@ void Program::connectOtherParts(editor::MainWindow &window)
 
 bool Program::start(const QStringList &arguments)
 {
+    followSystemLocaleOrItalian();
     StartupSequence(m_steps).run(arguments);
     loadPrintDialog();
     m_load = std::make_unique<editor::MainWindowLoad>(

@@ -4,6 +4,7 @@
 
 #include "editor/window/mainwindow.h"
 #include "editor/window/mainwindowload.h"
+#include "printing/stampadialog.h"
 #include "printing/systemprinters.h"
 #include "startup/singleinstance.h"
 
@@ -51,6 +52,8 @@ private:
     editor::SystemPrinters m_printers;
     std::unique_ptr<editor::MainWindowLoad> m_load;
     std::unique_ptr<editor::MainWindow> m_window;
+    // Loaded hidden before the main window, shown by every print; released before the window.
+    std::unique_ptr<printing::StampaDialog> m_printDialog;
 };
 
 // The program's entry: start-up, the main window, the event loop; the process's exit code.

@@ -1,5 +1,6 @@
 #include "screenshottour.h"
 
+#include "editor/rowlist/rowlistview.h"
 #include "editor/window/distintaeditor.h"
 #include "editor/window/mainwindow.h"
 
@@ -8,7 +9,7 @@
 #include <QDir>
 #include <QPixmap>
 #include <QPushButton>
-#include <QSize>
+#include <QScreen>
 #include <QTimer>
 
 #include <functional>
@@ -43,16 +44,13 @@ void whenModal(const char *className, std::function<void(QDialog *)> act)
     timer->start(200);
 }
 
-// Takes the picture of the dialog that the command opens, and closes it unused. A size given
-// is applied first (without a window manager a maximised window keeps its first size), and
-// the picture waits for the dialog to lay itself out again.
+// Takes the picture of the dialog that the command opens, and closes it unused. The picture
+// waits for the dialog to lay itself out and paint.
 void grabDialog(const char *className, const QString &dir, const QString &name,
-                const std::function<void()> &command, const QSize &size = {})
+                const std::function<void()> &command)
 {
-    whenModal(className, [dir, name, size](QDialog *dialog) {
-        if (size.isValid())
-            dialog->resize(size);
-        QTimer::singleShot(size.isValid() ? 500 : 0, dialog, [dialog, dir, name] {
+    whenModal(className, [dir, name](QDialog *dialog) {
+        QTimer::singleShot(500, dialog, [dialog, dir, name] {
             save(dialog, dir, name);
             dialog->reject();
         });
@@ -68,7 +66,8 @@ void startScreenshotTour(editor::MainWindow &window)
     if (dir.isEmpty())
         return;
     QTimer::singleShot(500, &window, [&window, dir] {
-        window.resize(1260, 760);
+        // The whole screen, as a clerk's 1024x768 one shows the window maximised.
+        window.resize(window.screen()->availableGeometry().size());
         window.btnGestione_Click(editor::DistintaEditor::Successiva);
         QApplication::processEvents();
         save(&window, dir, QStringLiteral("main"));
@@ -78,15 +77,17 @@ void startScreenshotTour(editor::MainWindow &window)
                    [&window] { window.cmdOptions_Click(); });
         grabDialog("pg::bankfile::frmCreaFile", dir, QStringLiteral("bonifici"),
                    [&window] { window.cmdCreaFile_Click(); });
+        // The supplier of the first row, its bank data whole.
+        editor::RowListView *list = window.lvwScadenze();
+        list->setCurrentIndex(list->model()->index(0, 1));
+        grabDialog("pg::editor::DetailDialog", dir, QStringLiteral("fornitore"),
+                   [&window] { window.cmdZoomCli_Click(); });
         // The print dialog, then "Stampa" into the preview, closed without printing.
         whenModal("pg::printing::StampaDialog", [dir](QDialog *dialog) {
             save(dialog, dir, QStringLiteral("stampa"));
-            grabDialog(
-                "QPrintPreviewDialog", dir, QStringLiteral("anteprima"),
-                [dialog] {
-                    dialog->findChild<QPushButton *>(QStringLiteral("cmdStampa"))->click();
-                },
-                QSize(1100, 760));
+            grabDialog("QPrintPreviewDialog", dir, QStringLiteral("anteprima"), [dialog] {
+                dialog->findChild<QPushButton *>(QStringLiteral("cmdStampa"))->click();
+            });
             dialog->reject();
         });
         window.cmdStSolle_Click();

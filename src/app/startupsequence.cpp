@@ -1,6 +1,9 @@
 #include "startupsequence.h"
 
+#include "olderdatabase.h"
+
 #include "core/prompter.h"
+#include "localdb/databaseaccess.h"
 #include "localdb/localdatabase.h"
 #include "startup/paths.h"
 
@@ -25,8 +28,10 @@ StartupSequence::Steps StartupSequence::programSteps()
         localdb::GenerateSchemaFile(location);
     };
     steps.checkDatabaseVersion = [](const localdb::DatabaseLocation &location) {
-        return localdb::CheckDatabaseVersion(location);
+        // A database this account cannot open is told as such, before any version check.
+        return localdb::databaseOpens(location) && localdb::CheckDatabaseVersion(location);
     };
+    steps.noticeOlderDatabase = &OlderDatabase::notice;
     return steps;
 }
 
@@ -80,6 +85,9 @@ void StartupSequence::run(const QStringList &arguments)
 
     if (!m_steps.checkDatabaseVersion(*database))
         endProcess(1);
+
+    if (m_steps.noticeOlderDatabase)
+        m_steps.noticeOlderDatabase(environment, *database);
 }
 
 } // namespace pg::app

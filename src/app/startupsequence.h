@@ -13,7 +13,8 @@ namespace pg::app {
 // The start-up of the program up to its windows, in its fixed order: the command line, the
 // single running copy, the company environment, the program directory, a current company,
 // the local database (found or created), the schema file regenerated inside the development
-// tree, the database version. The first step that fails ends the process.
+// tree, the database version; last, a word on an earlier version's database left beside the
+// archives. The first step that fails ends the process.
 class StartupSequence
 {
 public:
@@ -36,6 +37,9 @@ public:
         std::function<bool(const localdb::DatabaseLocation &)> createDatabase;
         std::function<void(const localdb::DatabaseLocation &)> generateSchemaFile;
         std::function<bool(const localdb::DatabaseLocation &)> checkDatabaseVersion;
+        // Tells the clerk of an earlier version's database, which is never opened.
+        std::function<void(const CompanyEnvironment &, const localdb::DatabaseLocation &)>
+            noticeOlderDatabase;
     };
 
     // The program's own steps.

@@ -2,7 +2,9 @@
 
 #include "creafiledialog.h"
 
+#include <QDir>
 #include <QFileDialog>
+#include <QFileInfo>
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QLineEdit>
@@ -13,9 +15,15 @@
 namespace pg::bankfile {
 
 BankFileDialog::BankFileDialog(QWidget *parent)
-    : QDialog(parent), m_picker([](QWidget *owner, const QString &title) {
-        return QFileDialog::getExistingDirectory(owner, title, QString(),
-                                                 QFileDialog::ShowDirsOnly);
+    : QDialog(parent), m_picker([](QWidget *owner, const QString &title, const QString &start) {
+        // The program's own dialog rather than the desktop's: its texts in Italian, with the
+        // program's translations, whatever the desktop speaks.
+        QFileDialog dialog(owner, title, start);
+        dialog.setFileMode(QFileDialog::Directory);
+        dialog.setOptions(QFileDialog::ShowDirsOnly | QFileDialog::DontUseNativeDialog);
+        if (dialog.exec() != QDialog::Accepted || dialog.selectedFiles().isEmpty())
+            return QString();
+        return dialog.selectedFiles().first();
     })
 {
     m_txtFileName = new QLineEdit(this);
@@ -74,6 +82,14 @@ void BankFileDialog::moveFileAndButtonsLast()
     }
 }
 
+QString BankFileDialog::proposedFolder() const
+{
+    QString folder = QFileInfo(QDir::fromNativeSeparators(fileName().trimmed())).absolutePath();
+    while (!QFileInfo(folder).isDir() && !QDir(folder).isRoot())
+        folder = QFileInfo(folder).path();
+    return QFileInfo(folder).isDir() ? folder : QDir::homePath();
+}
+
 void BankFileDialog::setFileName(const QString &name)
 {
     m_txtFileName->setText(name);
@@ -96,7 +112,7 @@ void BankFileDialog::cmdBrowse_Click()
     // The folder picked, followed by the bare name of the file ("/CBI_12.txt"). A root folder
     // already ends in a separator, which then appears twice; the systems read such a name as
     // the same file.
-    const QString folder = m_picker(this, QStringLiteral("SELEZIONA CARTELLA"));
+    const QString folder = m_picker(this, QStringLiteral("SELEZIONA CARTELLA"), proposedFolder());
     if (!folder.isEmpty())
         m_txtFileName->setText(folder.trimmed() + m_fileTag);
 }

@@ -20,13 +20,15 @@ class BankFileDialog : public QDialog
     Q_OBJECT
 
 public:
-    // The folder picker: the chosen folder, or empty when it was cancelled.
-    using FolderPicker = std::function<QString(QWidget *parent, const QString &title)>;
+    // The folder picker, opened on a folder: the chosen folder, or empty when it was
+    // cancelled.
+    using FolderPicker =
+        std::function<QString(QWidget *parent, const QString &title, const QString &start)>;
 
     // "GO" once confirmed; empty otherwise.
     const QString &resultMarker() const { return m_marker; }
 
-    // The system's folder picker unless replaced.
+    // The program's folder picker (in Italian, as its other windows) unless replaced.
     void setFolderPicker(FolderPicker picker) { m_picker = std::move(picker); }
 
 protected:
@@ -51,6 +53,8 @@ protected:
 
     // A line of data the dialog shows and the clerk cannot change.
     static QLineEdit *shownOnly(const QString &name, QWidget *parent);
+    // The folder of the proposed name, or the nearest folder above it that exists.
+    QString proposedFolder() const;
 
 private:
     void cmdConferma_Click();

@@ -40,7 +40,9 @@ QString CbiRecords::taxIdentifier(const QString &first, const QString &second)
 
 bool CbiRecords::hasSeries(const QString &serie)
 {
-    return !trimBlanks(serie).isEmpty();
+    // The suite writes a single blank for a document without a series; any other text, an
+    // empty one included, is a series and follows the number after a "/".
+    return serie != u" ";
 }
 
 QString CbiRecords::cityAndProvince(const QString &citta, const QString &provincia)

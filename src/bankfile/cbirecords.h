@@ -91,8 +91,8 @@ public:
     // second.
     static QString taxIdentifier(const QString &first, const QString &second);
 
-    // True when a document has a series: the series is not blank (a single blank is how the
-    // suite keeps "no series"). The document is then named number + "/" + series.
+    // True when a document has a series: anything but the single blank with which the suite
+    // keeps "no series" (an empty text too). The document is then named number + "/" + series.
     static bool hasSeries(const QString &serie);
 
     // City and province as one text. The city is taken without its trailing blanks, so that

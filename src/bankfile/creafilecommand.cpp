@@ -8,6 +8,7 @@
 #include "core/distintacode.h"
 #include "core/prompter.h"
 #include "core/vbdate.h"
+#include "core/vbformat.h"
 #include "distinta/distintestore.h"
 #include "lists/usersettings.h"
 #include "startup/errortrap.h"
@@ -46,6 +47,25 @@ QString CreaFileCommand::messaggioCucErrato(const QString &cuc)
 {
     return QStringLiteral("Il codice CUC dell'azienda '") + cuc +
            QStringLiteral("' non è valido: deve essere di 8 lettere o cifre.");
+}
+
+QStringList CreaFileCommand::righeNonPagabili(const distinta::RecordSet<distinta::Riga> &rows)
+{
+    QStringList problems;
+    for (int k = 0; k < rows.size(); ++k) {
+        const distinta::Riga &row = rows.at(k);
+        if (row.hasPayableAmount())
+            continue;
+        QString documento = row.des_num_doc.trimmed();
+        if (row.des_serie_doc != u" ")
+            documento += u'/' + row.des_serie_doc.trimmed();
+        problems << QStringLiteral("Fornitore %1, documento %2 del %3, rata %4: importo %5")
+                        .arg(row.cod_clifor.trimmed(), documento, dates::ymdToDmy(row.dat_data_doc),
+                             row.des_num_rata.trimmed(),
+                             vb::format(row.val_imp_indist_val.value_or(row.val_imp_residuo_val),
+                                        u"#,0.00"));
+    }
+    return problems;
 }
 
 CreaFileCommand::Outcome
@@ -123,11 +143,24 @@ CreaFileCommand::run(distinta::Distinta &d, bool unsavedChanges,
         const Outcome written = writeXml(d, grouped, cuc);
         if (written != Outcome::Written)
             return written;
-    } else if (!writeFile(d, grouped, modDescr)) {
-        return Outcome::Failed;
+    } else {
+        // The flat file writes any amount it is given: a row paying nothing, or a transfer the
+        // wrong way, is refused here as the XML message refuses it.
+        const QStringList unpayable = righeNonPagabili(d.righe);
+        if (!unpayable.isEmpty()) {
+            msgBox(listedProblems(QStringLiteral("Il file dei bonifici non è stato creato: "
+                                                 "l'importo in distinta di queste righe è nullo "
+                                                 "o di segno opposto a quello della scadenza. "
+                                                 "Correggere l'importo residuo e ripetere:"),
+                                  unpayable),
+                   Buttons::Ok, Icon::Exclamation);
+            return Outcome::Refused;
+        }
+        if (!writeFile(d, grouped, modDescr))
+            return Outcome::Failed;
     }
 
-    markPresented(m_store, d);
+    markPresented(m_store, d, m_outputPath);
     return Outcome::Written;
 }
 

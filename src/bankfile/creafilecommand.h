@@ -43,7 +43,7 @@ public:
         NotSaved,  // the pending changes could not be saved
         Cancelled, // the dialog was cancelled
         NoCuc,     // the XML file lacks the company's CBI code
-        Refused,   // the XML file would hold data the bank refuses
+        Refused,   // the file would hold data the bank refuses
         Invalid,   // the XML message does not pass the CBI schema
         Written,   // the file is written and the distinta presented
         Failed,    // an error stopped the command (reported by the error trap)
@@ -77,6 +77,10 @@ public:
     static QString proposedPath(const QString &codDistinta, BankFileFormat format);
     // "/CBI_" + the trimmed code + ".xml" or ".txt", joined to a folder picked in the dialog.
     static QString fileTag(const QString &codDistinta, BankFileFormat format);
+
+    // The rows whose amount in the distinta is zero or of the sign opposite to their due
+    // item's, one line each for the clerk; empty when every row can be paid.
+    static QStringList righeNonPagabili(const distinta::RecordSet<distinta::Riga> &rows);
 
     static QString messaggioCucMancante();
     static QString messaggioCucErrato(const QString &cuc);

@@ -63,10 +63,16 @@ bool writeMarkedDocument(const QString &path, distinta::DistinteStore &store,
     });
 }
 
-void markPresented(distinta::DistinteStore &store, distinta::Distinta &d)
+void markPresented(distinta::DistinteStore &store, distinta::Distinta &d, const QString &path)
 {
     store.AggiornaFlagStato(d, QStringLiteral("F"));
-    msgBox(QStringLiteral("Elaborazione Completata"));
+    msgBox(completedMessage(path));
+}
+
+QString completedMessage(const QString &path)
+{
+    return QStringLiteral("Elaborazione Completata") + QStringLiteral("\r\n") +
+           QStringLiteral("File scritto in: ") + QDir::toNativeSeparators(path);
 }
 
 QString listedProblems(const QString &introduction, const QStringList &problems)

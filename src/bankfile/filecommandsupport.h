@@ -46,8 +46,10 @@ bool writeMarkedDocument(const QString &path, distinta::DistinteStore &store,
                          const distinta::RecordSet<distinta::Riga> *rows,
                          const QByteArray &document);
 
-// The distinta presented to the bank: state "F", saved, and the clerk told.
-void markPresented(distinta::DistinteStore &store, distinta::Distinta &d);
+// The distinta presented to the bank: state "F", saved, and the clerk told where the file is.
+void markPresented(distinta::DistinteStore &store, distinta::Distinta &d, const QString &path);
+// "Elaborazione Completata", and on a second line the file written.
+QString completedMessage(const QString &path);
 
 // One message for a list of problems: the introduction, then one line each ("- ..."), at
 // most MaxListedProblems of them and then how many more there are.

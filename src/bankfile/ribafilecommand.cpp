@@ -104,7 +104,7 @@ RibaFileCommand::run(distinta::Distinta &d, bool unsavedChanges,
     // plain rows; when they cannot be, no file is written.
     if (!writeMarkedDocument(m_outputPath, m_store, d.header(), &rows, riba.document()))
         return Outcome::Failed;
-    markPresented(m_store, d);
+    markPresented(m_store, d, m_outputPath);
     return Outcome::Written;
 }
 

@@ -50,9 +50,10 @@ QString CompletenessCheck::reportPath()
 
 QString CompletenessCheck::errorLine(const distinta::Riga &row, int errore, const QLocale &locale)
 {
-    // A blank series (a single blank in the suite) is written as two blanks.
+    // Only the suite's single blank means no series, written as two blanks; any other text,
+    // an empty one included, follows a "/".
     const QString serie =
-        isBlank(row.des_serie_doc) ? QStringLiteral("  ") : u'/' + row.des_serie_doc;
+        row.des_serie_doc == u" " ? QStringLiteral("  ") : u'/' + row.des_serie_doc;
     return row.cod_clifor + QStringLiteral("    ") + row.des_num_doc + serie +
            QStringLiteral("  ") + dates::ymdToDmy(row.dat_data_doc) + row.des_num_rata +
            QStringLiteral("  ") + dates::ymdToDmy(row.dat_data_scad) + QStringLiteral("  ") +
@@ -158,12 +159,17 @@ CompletenessCheck::run(distinta::Distinta &d, bool unsavedChanges,
             lines << errorLine(row, ScadenzaPagata);
             result.errorsFound = true;
         }
+        if (!row.hasPayableAmount()) {
+            lines << errorLine(row, ImportoNonPagabile);
+            result.errorsFound = true;
+        }
     }
     lines << Rule << QStringLiteral("Legenda errori:")
           << QStringLiteral("1: manca banca/agenzia su anagrafica cli/for")
           << QStringLiteral("2: manca n. c/c su anagrafica cli/for")
           << QStringLiteral("3: scadenza inesistente in [orvida]")
-          << QStringLiteral("4: la scadenza risulta già pagata");
+          << QStringLiteral("4: la scadenza risulta già pagata")
+          << QStringLiteral("5: importo in distinta nullo o di segno opposto alla scadenza");
     writeReportFile(result.reportPath, lines);
     result.reportWritten = true;
 

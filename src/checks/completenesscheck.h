@@ -31,6 +31,9 @@ public:
         MancaConto = 2,       // account number missing (bank transfers)
         ScadenzaMancante = 3, // the due item is not in the suite
         ScadenzaPagata = 4,   // the due item is already paid
+        // the amount in the distinta is zero, or of the sign opposite to the due item's: a
+        // transfer the bank must never receive
+        ImportoNonPagabile = 5,
     };
 
     struct Result

@@ -1,19 +1,15 @@
 #include "reportviewer.h"
 
-#include <QDesktopServices>
-#include <QDir>
-#include <QProcess>
-#include <QUrl>
+#include "ui/documentwindow.h"
+
+#include <QFileInfo>
 
 namespace pg::checks {
 
-bool openReport(const QString &path)
+bool openReport(const QString &path, QWidget *parent)
 {
-#ifdef Q_OS_WIN
-    return QProcess::startDetached(QStringLiteral("notepad"), {QDir::toNativeSeparators(path)});
-#else
-    return QDesktopServices::openUrl(QUrl::fromLocalFile(path));
-#endif
+    return ui::DocumentWindow::open(path, ui::DocumentWindow::Kind::Text,
+                                    QFileInfo(path).fileName(), parent);
 }
 
 } // namespace pg::checks

@@ -51,17 +51,17 @@ void cmdVerifica(distinta::DistinteStore &store, archives::ErpSession &erp, QWid
         return;
     }
     writeReportFile(MarkReconciliation::reportPath(), reconciliation.reportLines());
-    openReport(MarkReconciliation::reportPath());
+    openReport(MarkReconciliation::reportPath(), parent);
     const int repairable = reconciliation.repairableCount();
     if (!complete || repairable == 0)
         return;
-    if (msgBox(QStringLiteral("Le scadenze di [orvida] e le distinte salvate non corrispondono in "
-                              "%1 casi (elencati nel rapporto verifica.txt).")
-                       .arg(found.size()) +
-                   CrLf +
-                   QStringLiteral("Correggere %1 scadenze in [orvida] come dicono le distinte?")
-                       .arg(repairable),
-               Buttons::YesNo, Icon::Question) != Answer::Yes)
+    if (askDestructive(QStringLiteral("Le scadenze di [orvida] e le distinte salvate non "
+                                      "corrispondono in %1 casi (elencati nel rapporto "
+                                      "verifica.txt).")
+                           .arg(found.size()) +
+                       CrLf +
+                       QStringLiteral("Correggere %1 scadenze in [orvida] come dicono le distinte?")
+                           .arg(repairable)) != Answer::Yes)
         return;
     const int left = reconciliation.repair();
     if (left < 0)

@@ -4,6 +4,7 @@
 #include "commandtable.h"
 
 #include "core/apperror.h"
+#include "core/applocale.h"
 #include "core/stderrprompter.h"
 #include "startup/companyenvironment.h"
 
@@ -66,6 +67,7 @@ int CliApplication::run(const QStringList &arguments)
         return ExitSuccess;
     }
 
+    followSystemLocaleOrItalian();
     StderrPrompter prompter;
     prompter.setAssumeYes(assumeYes);
     PrompterScope scope(prompter);

@@ -25,8 +25,7 @@ int runDelete(CommandContext &context)
         return context.fail(
             QStringLiteral("Distinta già presentata in banca: non può essere eliminata."));
 
-    if (msgBox(QStringLiteral("Elimina Distinta?"), Buttons::YesNo, Icon::Question) !=
-        Answer::Yes) {
+    if (askDestructive(QStringLiteral("Elimina Distinta?")) != Answer::Yes) {
         context.out() << QStringLiteral("Distinta %1 non eliminata.\n").arg(number);
         return ExitFailure;
     }

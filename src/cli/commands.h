@@ -12,5 +12,6 @@ int runShow(CommandContext &context);
 int runDelete(CommandContext &context);
 int runVerifica(CommandContext &context);
 int runDb(CommandContext &context);
+int runInstalla(CommandContext &context);
 
 } // namespace pg::cli

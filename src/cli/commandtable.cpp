@@ -36,11 +36,12 @@ const QList<Command> &commandTable()
          true, runDelete},
         {QStringLiteral("new"),
          QStringLiteral("--bank ABI/CAB [OPZIONI DI SELEZIONE] [--customers]"),
-         QStringLiteral("crea e salva una distinta con le scadenze scelte come nella finestra di\n"
-                        "selezione e ne scrive il numero; opzioni: --due-from e --due-to GG/MM/AAAA,\n"
-                        "--account-from e --account-to CODICE, --type 0-9, --min e --max IMPORTO,\n"
-                        "--currency CODICE, --account-bank ABI/CAB, --date e --value-date\n"
-                        "GG/MM/AAAA; --customers per una distinta clienti"),
+         QStringLiteral(
+             "crea e salva una distinta con le scadenze scelte come nella finestra di\n"
+             "selezione e ne scrive il numero; opzioni: --due-from e --due-to GG/MM/AAAA,\n"
+             "--account-from e --account-to CODICE, --type 0-9, --min e --max IMPORTO,\n"
+             "--currency CODICE, --account-bank ABI/CAB, --date e --value-date\n"
+             "GG/MM/AAAA; --customers per una distinta clienti"),
          true, runNew},
         {QStringLiteral("cbi"), QStringLiteral("N [--format xml|flat] [--cuc CODICE] [--out FILE]"),
          QStringLiteral("scrive il file CBI dei bonifici della distinta fornitori N e la segna\n"
@@ -56,8 +57,9 @@ const QList<Command> &commandTable()
                         "cliente con la stessa data di scadenza"),
          true, runRiba},
         {QStringLiteral("check"), QStringLiteral("N"),
-         QStringLiteral("controlla la completezza dei dati bancari della distinta N, scrive il\n"
-                        "rapporto controllo.txt e ne stampa il percorso; esce con 1 se ci sono errori"),
+         QStringLiteral(
+             "controlla la completezza dei dati bancari della distinta N, scrive il\n"
+             "rapporto controllo.txt e ne stampa il percorso; esce con 1 se ci sono errori"),
          true, runCheck},
         {QStringLiteral("print"),
          QStringLiteral("N --pdf FILE [--final] [--grouped] [--totals] [--date GG/MM/AAAA] "
@@ -78,6 +80,12 @@ const QList<Command> &commandTable()
                         "di un server PostgreSQL, indicato dal servizio SERVIZIO di\n"
                         "pg_service.conf, e verifica righe e totali; il file resta com'è"),
          true, runDb},
+        {QStringLiteral("installa"), QStringLiteral("[CARTELLA]"),
+         QStringLiteral("mette i file del programma in un'installazione di [orvida]: il file\n"
+                        "QXARTRAC.DAT e un esempio di causali.ini (se manca) nella cartella exe,\n"
+                        "i modelli di stampa mancanti in D_IMG; CARTELLA è la cartella di\n"
+                        "[orvida] (senza, la \"Dir orvida\" di ORVIDA.INI)"),
+         false, runInstalla},
     };
     return table;
 }

@@ -38,6 +38,11 @@ Answer msgBox(const QString &text, Buttons buttons, Icon icon, const QString &ti
     return prompter().ask(Message{text, title, icon, buttons});
 }
 
+Answer askDestructive(const QString &text)
+{
+    return prompter().ask(Message{text, {}, Icon::Question, Buttons::YesNo, Answer::No});
+}
+
 void endProcess(int exitCode)
 {
     prompter().endProcess(exitCode);

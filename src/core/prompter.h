@@ -3,6 +3,7 @@
 #include <QString>
 
 #include <memory>
+#include <optional>
 
 namespace pg {
 
@@ -24,6 +25,12 @@ struct Message
     QString title;
     Icon icon = Icon::None;
     Buttons buttons = Buttons::Ok;
+    // The button the box proposes (Enter presses it); unset, the first one. A question whose
+    // Yes destroys something proposes No.
+    std::optional<Answer> proposed;
+    // Escape, and closing the box's window, answer Cancel even where the box shows no Cancel
+    // button: the clerk withdraws the question instead of answering it.
+    bool escapeCancels = false;
 };
 
 // Thrown by the prompters that do not end the process for real (the scripted one of the
@@ -69,5 +76,7 @@ private:
 Answer msgBox(const QString &text, Buttons buttons = Buttons::Ok, Icon icon = Icon::None,
               const QString &title = {});
 [[noreturn]] void endProcess(int exitCode = 0);
+// A Yes/No question whose Yes destroys or changes what cannot be taken back: No is proposed.
+Answer askDestructive(const QString &text);
 
 } // namespace pg

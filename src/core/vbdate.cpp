@@ -94,7 +94,9 @@ QString toDmy(const QDate &date)
 
 QString completeTwoDigitYear(const QString &masked)
 {
-    if (masked.size() == 10 && masked.endsWith(QStringLiteral("__")))
+    // Only where two digits of a year were typed: an emptied box stays empty.
+    if (masked.size() == 10 && masked.endsWith(QStringLiteral("__")) && masked.at(6).isDigit() &&
+        masked.at(7).isDigit())
         return masked.left(6) + QStringLiteral("20") + masked.mid(6, 2);
     return masked;
 }

@@ -24,6 +24,7 @@ QString toDmy(const QDate &date);
 
 // A masked box whose last two places are still "__" holds a two-digit year: the first six
 // characters are kept, then "20", then the two typed digits ("01/02/09__" -> "01/02/2009").
+// Without two digits there (an empty box, "__/__/____") the text stays as it is.
 QString completeTwoDigitYear(const QString &masked);
 
 QString toYmd(const QDate &date);

@@ -1,10 +1,23 @@
 #include "riga.h"
 
+#include "core/money.h"
+
 namespace pg::distinta {
 
 QString Riga::keyOf(const QString &flag, const QString &link)
 {
     return flag.leftJustified(1, u' ', true) + link.leftJustified(13, u' ', true);
+}
+
+bool Riga::isPayableAmount(double amount, double dapag)
+{
+    const qint64 cents = money::toCents(amount);
+    return money::toCents(dapag) < 0 ? cents < 0 : cents > 0;
+}
+
+bool Riga::hasPayableAmount() const
+{
+    return isPayableAmount(val_imp_indist_val.value_or(val_imp_residuo_val), val_imp_dapag_val);
 }
 
 const QList<ColumnDef<Riga>> &Riga::columns()

@@ -50,6 +50,14 @@ struct Riga
     QString key() const { return keyOf(flg_flag_colpar, des_link_orvida); }
     static QString keyOf(const QString &flag, const QString &link);
 
+    // Whether an amount can be paid on a due item whose amount to pay is dapag: never zero, and
+    // of the due item's sign (positive for an invoice, negative for a credit note).
+    static bool isPayableAmount(double amount, double dapag);
+    // The amount the row puts in the distinta (val_imp_indist_val, its residual where that is
+    // missing) is payable on its due item. A row that is not goes neither to the bank nor
+    // into a completeness check without being reported.
+    bool hasPayableAmount() const;
+
     static const QList<ColumnDef<Riga>> &columns();
 
     bool operator==(const Riga &other) const = default;

@@ -197,6 +197,8 @@ void OptionsDialog::chooseProgram()
 #endif
         QFileDialog dialog(this, QStringLiteral("SELEZIONA PROGRAMMA DI STAMPA"), start);
         dialog.setFileMode(QFileDialog::ExistingFile);
+        // The program's own dialog, in Italian whatever the desktop speaks.
+        dialog.setOption(QFileDialog::DontUseNativeDialog);
         dialog.setDefaultSuffix(QStringLiteral("exe"));
         dialog.setNameFilters({QStringLiteral("Files Eseguibili (*.exe *.EXE)"),
                                QStringLiteral("Tutti i Files (*)")});

@@ -6,6 +6,8 @@ namespace pg {
 
 namespace {
 
+const QString ColumnLayoutKey = QStringLiteral("PosizioneColonne");
+
 // Reads a number kept as text; outside the type's range or not a number, the default.
 template<typename T>
 T readNumber(QSettings &store, const QString &key, T fallback)
@@ -71,6 +73,7 @@ void UserSettings::load(QSettings &store)
     raggruppa = readNumber<quint8>(store, QStringLiteral("Raggruppa"), defaults.raggruppa);
     desPag = fixed30(readText(store, QStringLiteral("DesPag"), defaults.desPag));
     desAlt = fixed30(readText(store, QStringLiteral("DesAlt"), defaults.desAlt));
+    columnLayout = readText(store, ColumnLayoutKey, defaults.columnLayout);
     store.endGroup();
 
     store.beginGroup(QStringLiteral("Bonifici"));
@@ -118,6 +121,7 @@ void UserSettings::save(QSettings &store) const
     store.setValue(QStringLiteral("Raggruppa"), QString::number(raggruppa));
     store.setValue(QStringLiteral("DesPag"), desPag);
     store.setValue(QStringLiteral("DesAlt"), desAlt);
+    store.setValue(ColumnLayoutKey, columnLayout);
     store.endGroup();
 
     store.beginGroup(QStringLiteral("Colonne"));
@@ -134,6 +138,14 @@ void UserSettings::saveBonifici(QSettings &store) const
                                                   ? QStringLiteral("FLAT")
                                                   : QStringLiteral("XML"));
     store.setValue(QStringLiteral("CUC"), cuc);
+    store.endGroup();
+    store.sync();
+}
+
+void UserSettings::saveColumnLayout(QSettings &store) const
+{
+    store.beginGroup(QStringLiteral("Lista"));
+    store.setValue(ColumnLayoutKey, columnLayout);
     store.endGroup();
     store.sync();
 }
@@ -185,6 +197,11 @@ void pSaveSettings()
 void pSaveBonifici()
 {
     currentSettings().saveBonifici(*UserSettings::userStore());
+}
+
+void pSaveColumnLayout()
+{
+    currentSettings().saveColumnLayout(*UserSettings::userStore());
 }
 
 } // namespace pg

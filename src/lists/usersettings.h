@@ -35,6 +35,9 @@ struct UserSettings
     quint8 raggruppa = 0;
     QString desPag = fixed30(QStringLiteral("Vs.Fatt. NNNNNN/N del DD/DD/DD"));
     QString desAlt = fixed30(QStringLiteral("Pagamentio NNN Scadenze"));
+    // The row list's columns as the clerk left them, saved on exit when saveOnExit is set:
+    // "field=width" in the order shown, separated by ";". Empty: the list's own order.
+    QString columnLayout;
     // "Colonne": column header text -> visibility, for the columns the clerk has set.
     QMap<QString, bool> columns;
     // "Bonifici": the format last confirmed in the file dialog (the XML message until the clerk
@@ -50,6 +53,8 @@ struct UserSettings
     void save(QSettings &store) const;
     // Writes the "Bonifici" section alone, leaving the others in the store as they are.
     void saveBonifici(QSettings &store) const;
+    // Writes the column layout alone.
+    void saveColumnLayout(QSettings &store) const;
     bool operator==(const UserSettings &other) const = default;
 
     // The store of the current user (the registry area the program always used on Windows),
@@ -68,5 +73,7 @@ void pSaveSettings();
 // Writes the "Bonifici" section of the settings in use: the file command remembers the format
 // and the CUC without writing list and printer settings that are meant for the next start.
 void pSaveBonifici();
+// Writes the column layout of the settings in use (the list's columns on exit).
+void pSaveColumnLayout();
 
 } // namespace pg

@@ -1,5 +1,6 @@
 #include "localdatabase.h"
 
+#include "localdb/databaseaccess.h"
 #include "localdb/databaseconnection.h"
 #include "localdb/openerror.h"
 #include "localdb/schemacatalog.h"
@@ -14,7 +15,7 @@
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
-#include <QTemporaryFile>
+#include <QRandomGenerator>
 
 namespace pg::localdb {
 
@@ -58,6 +59,37 @@ std::optional<DatabaseSchema> shippedSchemaFile()
         msgBox(error.message());
         return std::nullopt;
     }
+}
+
+// The file a new database is built in, beside it: made as any new file of the directory is,
+// with the permissions the directory and the umask give (a temporary file would be readable
+// by its creator alone), so that the other accounts the administrator allows can open the
+// database. False, with the reason, when it cannot be made.
+bool newFileBeside(const QString &target, QString *path, QString *why)
+{
+    for (int attempt = 0; attempt < 100; ++attempt) {
+        const QString candidate =
+            target + QStringLiteral(".%1").arg(QRandomGenerator::global()->bounded(1000000), 6, 10,
+                                               QLatin1Char('0'));
+        QFile file(candidate);
+        if (file.open(QIODevice::WriteOnly | QIODevice::NewOnly)) {
+            *path = candidate;
+            return true;
+        }
+        if (!file.exists()) {
+            *why = file.errorString();
+            return false;
+        }
+    }
+    *why = QStringLiteral("Impossibile creare un file nella cartella.");
+    return false;
+}
+
+// A database being built that will not be one, with what it left beside it.
+void removeBuilding(const QString &path)
+{
+    removeCompanions(path);
+    QFile::remove(path);
 }
 
 bool hasCompanions(const QString &path)
@@ -142,7 +174,7 @@ bool prepareCompanyDatabase(DatabaseLocation *location)
     *location = *found;
     if (!databaseExists(*found) && !CreateDatabase(*found))
         return false;
-    return CheckDatabaseVersion(*found);
+    return databaseOpens(*found) && CheckDatabaseVersion(*found);
 }
 
 bool CreateDatabaseFromSchema(const QString &directory, const QString &fileName)
@@ -157,13 +189,12 @@ bool CreateDatabaseFromSchema(const QString &directory, const QString &fileName)
         return false;
     }
     // Built aside and moved into place whole: a failure leaves no database behind.
-    QTemporaryFile temporary(target + QStringLiteral(".XXXXXX"));
-    if (!temporary.open()) {
-        cannotCreate(target, temporary.errorString());
+    QString building;
+    QString why;
+    if (!newFileBeside(target, &building, &why)) {
+        cannotCreate(target, why);
         return false;
     }
-    temporary.close();
-    const QString building = temporary.fileName();
     try {
         DatabaseConnection connection(building);
         if (!connection.isOpen())
@@ -172,27 +203,29 @@ bool CreateDatabaseFromSchema(const QString &directory, const QString &fileName)
         SchemaCatalog::build(connection.database(), *schema);
         transaction.commit();
     } catch (const SchemaError &error) {
-        removeCompanions(building);
+        removeBuilding(building);
         msgBox(error.message());
         return false;
     } catch (const AppError &error) {
-        removeCompanions(building);
+        removeBuilding(building);
         cannotCreate(target, error.description());
         return false;
     }
     // The last connection's close folds the log back into the file; the file alone is the
     // database only when nothing is left beside it.
     if (hasCompanions(building)) {
-        removeCompanions(building);
+        removeBuilding(building);
         cannotCreate(target, QStringLiteral("Il registro delle modifiche non è stato chiuso."));
         return false;
     }
     removeCompanions(building);
-    if (!temporary.rename(target)) {
-        cannotCreate(target, temporary.errorString());
+    QFile built(building);
+    if (!built.rename(target)) {
+        const QString error = built.errorString();
+        removeBuilding(building);
+        cannotCreate(target, error);
         return false;
     }
-    temporary.setAutoRemove(false);
     return true;
 }
 

@@ -45,8 +45,9 @@ bool CreateDatabase(const DatabaseLocation &location);
 bool prepareCompanyDatabase(DatabaseLocation *location);
 
 // Creates the database directory + fileName from ProgramDir() + "QXARTRAC.DAT". The database
-// is built in a temporary file of the same directory and moved into place only when all of it
-// was built, so a failure never leaves a database behind; an existing file is never replaced.
+// is built in a new file of the same directory (with the permissions the directory and the
+// umask give any new file) and moved into place only when all of it was built, so a failure
+// never leaves a database behind; an existing file is never replaced.
 // Every failure is shown through the prompting seam and gives false.
 bool CreateDatabaseFromSchema(const QString &directory, const QString &fileName);
 

@@ -1,5 +1,6 @@
 #include "openerror.h"
 
+#include "localdb/databaseaccess.h"
 #include "localdb/databaseconnection.h"
 
 #include <QDir>
@@ -48,6 +49,12 @@ AppError databaseOpenError(const DatabaseConnection &connection)
     default:
         reason = QStringLiteral("Impossibile usare il database %1.").arg(file);
         break;
+    }
+    // A file this account may not use: who may, and what the administrator must change.
+    if (!connection.isPostgres()) {
+        const QString access = fileAccessProblem(connection.filePath());
+        if (!access.isEmpty())
+            reason = access;
     }
     const QString engine = connection.errorText().trimmed();
     if (!engine.isEmpty())

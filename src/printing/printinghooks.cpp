@@ -31,12 +31,15 @@ bool chooseTemplate(QWidget *window)
 }
 
 void printDistinta(editor::MainWindowLoad &load, const editor::PrinterCatalog &printers,
-                   const std::function<void()> &printerChanged, editor::DistintaEditor &editor,
-                   QWidget *window)
+                   const std::function<void()> &printerChanged, StampaDialog *loaded,
+                   editor::DistintaEditor &editor, QWidget *window)
 {
     if (!load.store() || !editor.hasDistinta())
         return;
-    StampaDialog dialog(printers, window);
+    std::unique_ptr<StampaDialog> own;
+    if (!loaded)
+        own = std::make_unique<StampaDialog>(printers, window);
+    StampaDialog &dialog = loaded ? *loaded : *own;
     dialog.load(editor.state(), chooseTemplate(window), TemplateStore().names(), currentSettings());
     dialog.setLauncher([&](const PrintOptions &options) {
         PrintRun run(*load.store(), load.erp(), load.company());
@@ -69,11 +72,11 @@ std::unique_ptr<PrintOutput> desktopOutput(const PrintOptions &options, QWidget 
 
 void installPrintingHooks(editor::MainWindowHooks &hooks, editor::MainWindowLoad &load,
                           const editor::PrinterCatalog &printers,
-                          std::function<void()> printerChanged)
+                          std::function<void()> printerChanged, StampaDialog *printDialog)
 {
-    hooks.printDistinta = [&load, &printers, printerChanged](editor::DistintaEditor &editor,
-                                                             QWidget *window) {
-        printDistinta(load, printers, printerChanged, editor, window);
+    hooks.printDistinta = [&load, &printers, printerChanged,
+                           printDialog](editor::DistintaEditor &editor, QWidget *window) {
+        printDistinta(load, printers, printerChanged, printDialog, editor, window);
     };
     hooks.choosePrinter = [&printers](QWidget *window) {
         PrintersDialog dialog(printers, window);

@@ -1,6 +1,8 @@
 #include "codelineedit.h"
 
 #include <QKeyEvent>
+#include <QStyle>
+#include <QStyleOptionFrame>
 
 namespace pg::ui {
 
@@ -19,7 +21,45 @@ bool keyChangesText(QKeyEvent *event)
     return !text.isEmpty() && text.at(0).isPrint();
 }
 
+int widthToShow(const QLineEdit *box, const QString &text)
+{
+    // As QLineEdit sizes itself: the text, its two-pixel margins and the text margins, then
+    // the style's frame around them.
+    QStyleOptionFrame option;
+    option.initFrom(box);
+    option.lineWidth =
+        box->hasFrame() ? box->style()->pixelMetric(QStyle::PM_DefaultFrameWidth, &option, box) : 0;
+    option.features = QStyleOptionFrame::None;
+    const QMargins margins = box->textMargins();
+    const QSize contents(box->fontMetrics().horizontalAdvance(text) + 4 + margins.left() +
+                             margins.right() + 2,
+                         box->fontMetrics().height());
+    return box->style()->sizeFromContents(QStyle::CT_LineEdit, &option, contents, box).width();
+}
+
 CodeLineEdit::CodeLineEdit(QWidget *parent) : QLineEdit(parent) {}
+
+void CodeLineEdit::setWidestText(const QString &text)
+{
+    m_widest = text;
+    updateGeometry();
+}
+
+QSize CodeLineEdit::sizeHint() const
+{
+    QSize size = QLineEdit::sizeHint();
+    if (!m_widest.isEmpty())
+        size.setWidth(widthToShow(this, m_widest));
+    return size;
+}
+
+QSize CodeLineEdit::minimumSizeHint() const
+{
+    QSize size = QLineEdit::minimumSizeHint();
+    if (!m_widest.isEmpty())
+        size.setWidth(std::max(size.width(), widthToShow(this, m_widest)));
+    return size;
+}
 
 void CodeLineEdit::keyPressEvent(QKeyEvent *event)
 {

@@ -56,6 +56,8 @@ LookupDialog::LookupDialog(Source source, QWidget *parent)
 
     resize(640, 420);
     refill();
+    // The clerk types at once what is looked for.
+    m_filter->setFocus(Qt::OtherFocusReason);
 }
 
 void LookupDialog::refill()

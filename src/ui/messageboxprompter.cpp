@@ -3,6 +3,7 @@
 #include <QApplication>
 #include <QCursor>
 #include <QGuiApplication>
+#include <QPushButton>
 
 #include <cstdio>
 #include <cstdlib>
@@ -44,6 +45,23 @@ QMessageBox::StandardButtons MessageBoxPrompter::boxButtons(Buttons buttons)
     return QMessageBox::Ok;
 }
 
+QMessageBox::StandardButton MessageBoxPrompter::standardButtonOf(Answer answer)
+{
+    switch (answer) {
+    case Answer::Ok:
+        return QMessageBox::Ok;
+    case Answer::Yes:
+        return QMessageBox::Yes;
+    case Answer::No:
+        return QMessageBox::No;
+    case Answer::Retry:
+        return QMessageBox::Retry;
+    case Answer::Cancel:
+        break;
+    }
+    return QMessageBox::Cancel;
+}
+
 Answer MessageBoxPrompter::answerOf(int standardButton)
 {
     switch (standardButton) {
@@ -69,25 +87,35 @@ QMessageBox *MessageBoxPrompter::createBox(const Message &message, QWidget *pare
     box->setTextFormat(Qt::PlainText);
     const QMessageBox::StandardButtons buttons = boxButtons(message.buttons);
     box->setStandardButtons(buttons);
-    // The first button is the default one, as the program's boxes always had it; Escape
-    // answers Cancel where there is one, No for a plain yes/no question.
+    // The first button is the proposed one unless the question proposes another; Escape
+    // answers Cancel where there is one, No for a plain yes/no question, or Cancel through a
+    // button of its own that the box does not show when the question is to be withdrawn.
+    QMessageBox::StandardButton proposed = QMessageBox::Ok;
     switch (message.buttons) {
     case Buttons::Ok:
     case Buttons::OkCancel:
-        box->setDefaultButton(QMessageBox::Ok);
+        proposed = QMessageBox::Ok;
         break;
     case Buttons::YesNo:
     case Buttons::YesNoCancel:
-        box->setDefaultButton(QMessageBox::Yes);
+        proposed = QMessageBox::Yes;
         break;
     case Buttons::RetryCancel:
-        box->setDefaultButton(QMessageBox::Retry);
+        proposed = QMessageBox::Retry;
         break;
     }
-    if (buttons.testFlag(QMessageBox::Cancel))
+    if (message.proposed && buttons.testFlag(standardButtonOf(*message.proposed)))
+        proposed = standardButtonOf(*message.proposed);
+    box->setDefaultButton(proposed);
+    if (buttons.testFlag(QMessageBox::Cancel)) {
         box->setEscapeButton(QMessageBox::Cancel);
-    else if (buttons.testFlag(QMessageBox::No))
+    } else if (message.escapeCancels) {
+        QPushButton *withdraw = box->addButton(QMessageBox::Cancel);
+        withdraw->hide();
+        box->setEscapeButton(withdraw);
+    } else if (buttons.testFlag(QMessageBox::No)) {
         box->setEscapeButton(QMessageBox::No);
+    }
     return box;
 }
 

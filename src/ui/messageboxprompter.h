@@ -21,6 +21,7 @@ public:
     static QMessageBox::Icon boxIcon(Icon icon);
     static QMessageBox::StandardButtons boxButtons(Buttons buttons);
     static Answer answerOf(int standardButton);
+    static QMessageBox::StandardButton standardButtonOf(Answer answer);
 };
 
 } // namespace pg::ui

@@ -9,7 +9,9 @@
 #include "lists/distintelistmodel.h"
 #include "lists/usersettings.h"
 #include "localdb/databaseconnection.h"
+#include "printing/stampadialog.h"
 #include "startup/singleinstance.h"
+#include "ui/codelineedit.h"
 #include "ui/maskeddateedit.h"
 
 #include <QApplication>
@@ -40,6 +42,7 @@ private slots:
     void realProgramOpensNextPreviousAndCloses();
     void openNextPreviousAndClose();
     void manualAndAbout();
+    void fitsTheScreenAndShowsWholeValues();
     void italianButtons();
 
 public slots:
@@ -299,6 +302,37 @@ void TestDesktopProgram::manualAndAbout()
     QVERIFY(about.startsWith(QStringLiteral("Informazioni su Pagamenti|")));
     QVERIFY(about.contains(QStringLiteral("Versione " PAGAMENTI_VERSION)));
     QVERIFY(about.contains(QStringLiteral("licenza")));
+    QVERIFY(window->close());
+}
+
+void TestDesktopProgram::fitsTheScreenAndShowsWholeValues()
+{
+    test::ScriptedPrompter prompter;
+    app::Program program;
+    QVERIFY(program.start({QStringLiteral("Pagamenti")}));
+    editor::MainWindow *window = program.mainWindow();
+    // The print dialog is loaded with the window, hidden until a print shows it.
+    auto *print = window->findChild<printing::StampaDialog *>();
+    QVERIFY(print);
+    QVERIFY(!print->isVisible());
+    program.show();
+    QVERIFY(QTest::qWaitForWindowExposed(window));
+
+    // A 1024x768 screen holds the window with its title bar; even at its smallest, every
+    // header box shows the widest value it can hold (no locale set: the Italian one).
+    const QSize least = window->minimumSizeHint();
+    QVERIFY2(least.width() <= 1024 && least.height() <= 720,
+             qPrintable(QStringLiteral("%1x%2").arg(least.width()).arg(least.height())));
+    window->resize(least);
+    QTRY_COMPARE(window->size(), least);
+    using E = editor::DistintaEditor;
+    const std::pair<int, const char *> widest[]{
+        {E::ImportoTotale, "-999.999.999,99"}, {E::AbiBanca, "00000"}, {E::CabBanca, "00000"},
+        {E::CodiceAbi, "00000"},               {E::CodiceCab, "00000"}, {E::NumeroDisp, "00000"}};
+    for (const auto &[index, text] : widest) {
+        QLineEdit *box = window->txtTestata(index);
+        QVERIFY2(box->width() >= ui::widthToShow(box, QString::fromLatin1(text)), text);
+    }
     QVERIFY(window->close());
 }
 

@@ -1,8 +1,15 @@
 #include "scriptedprompter.h"
 
+#include "app/olderdatabase.h"
 #include "app/startupsequence.h"
+#include "localdb/databaseconnection.h"
 #include "localdb/localdatabase.h"
+#include "localdb/shippedschema.h"
 
+#include <QDir>
+#include <QFile>
+#include <QSqlQuery>
+#include <QTemporaryDir>
 #include <QTest>
 
 using namespace pg;
@@ -21,6 +28,7 @@ private slots:
     void localDatabaseFoundOrCreated();
     void developmentTreeRegeneratesTheSchemaFile();
     void databaseVersionRefused();
+    void olderDatabaseIsToldNeverOpened();
 
 private:
     // Runs the sequence; the exit code when it ended the process, -1 when it went on.
@@ -77,6 +85,10 @@ void TestStartupSequence::init()
     m_steps.checkDatabaseVersion = [this](const localdb::DatabaseLocation &d) {
         m_log << QStringLiteral("version ") + d.filePath;
         return m_versionOk;
+    };
+    m_steps.noticeOlderDatabase = [this](const CompanyEnvironment &,
+                                         const localdb::DatabaseLocation &) {
+        m_log << QStringLiteral("older");
     };
 }
 
@@ -138,7 +150,8 @@ void TestStartupSequence::localDatabaseFoundOrCreated()
     const QString db = QStringLiteral("/srv/orvida/D_ABC/Pagame.db");
     QCOMPARE(run(), -1);
     QVERIFY(!m_log.contains(QStringLiteral("create ") + db));
-    QCOMPARE(m_log.last(), QStringLiteral("version ") + db);
+    QCOMPARE(m_log.mid(m_log.size() - 2),
+             (QStringList{QStringLiteral("version ") + db, QStringLiteral("older")}));
 
     m_log.clear();
     m_databaseExists = false;
@@ -171,6 +184,61 @@ void TestStartupSequence::databaseVersionRefused()
     test::ScriptedPrompter prompter;
     m_versionOk = false;
     QCOMPARE(run(), 1);
+}
+
+void TestStartupSequence::olderDatabaseIsToldNeverOpened()
+{
+    QTemporaryDir dir;
+    CompanyEnvironment env;
+    env.OrvidaDir = dir.path() + u'/';
+    env.CompanyCode = QStringLiteral("ABC");
+    env.CompanyArchiveDir = env.OrvidaDir + QStringLiteral("D_ABC/");
+    env.ProgramDir = env.OrvidaDir + QStringLiteral("exe/");
+    QVERIFY(QDir().mkpath(env.CompanyArchiveDir) && QDir().mkpath(env.ProgramDir));
+    setCompanyEnvironment(env);
+    QFile schema(env.ProgramDir + localdb::SchemaFileName);
+    QVERIFY(schema.open(QIODevice::WriteOnly));
+    schema.write(shippedSchemaDescription());
+    schema.close();
+    test::ScriptedPrompter prompter;
+    QVERIFY(localdb::CreateDatabaseFromSchema(env.CompanyArchiveDir, localdb::FileName));
+    const auto database =
+        localdb::DatabaseLocation::file(env.CompanyArchiveDir + localdb::FileName);
+
+    // Nothing of an earlier version: nothing to say.
+    OlderDatabase::notice(env, database);
+    QVERIFY(prompter.shown().isEmpty());
+
+    // Both places of the earlier version's files, their names as Windows wrote them.
+    const QByteArray jet("\x00\x01\x00\x00Standard Jet DB");
+    const QStringList files{env.CompanyArchiveDir + QStringLiteral("PAGAME.MDB"),
+                            env.ProgramDir + QStringLiteral("ABCPagam.mdb")};
+    for (const QString &path : files) {
+        QFile f(path);
+        QVERIFY(f.open(QIODevice::WriteOnly));
+        f.write(jet);
+    }
+    OlderDatabase::notice(env, database);
+    QCOMPARE(prompter.texts(),
+             QStringList{OlderDatabase::message({QDir::toNativeSeparators(files.at(0)),
+                                                 QDir::toNativeSeparators(files.at(1))})});
+    QCOMPARE(prompter.shown().first().icon, Icon::Exclamation);
+    for (const QString &path : files) {
+        QFile f(path);
+        QVERIFY(f.open(QIODevice::ReadOnly));
+        QCOMPARE(f.readAll(), jet);
+    }
+
+    // Once this version holds distinte of its own, the clerk has started with it.
+    {
+        DatabaseConnection c(database);
+        QSqlQuery insert(c.database());
+        QVERIFY(insert.exec(QStringLiteral("INSERT INTO TB_TESTATA (cod_distinta, flg_stato) "
+                                           "VALUES ('     1', 'P')")));
+    }
+    prompter.clear();
+    OlderDatabase::notice(env, database);
+    QVERIFY(prompter.shown().isEmpty());
 }
 
 QTEST_GUILESS_MAIN(TestStartupSequence)

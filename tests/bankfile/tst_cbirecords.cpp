@@ -25,6 +25,8 @@ private slots:
     void riempiSinistra();
     void recordsKeepTheirWidthWhateverTheData();
     void missingAmountStopsTheDisposition();
+    void documentOfRecord50_data();
+    void documentOfRecord50();
 
 private:
     QLocale m_previous;
@@ -218,6 +220,27 @@ void TestCbiRecords::missingAmountStopsTheDisposition()
     } catch (const AppError &error) {
         QCOMPARE(error.number(), 94);
     }
+}
+
+void TestCbiRecords::documentOfRecord50_data()
+{
+    QTest::addColumn<QString>("series");
+    QTest::addColumn<QString>("document");
+    QTest::newRow("the suite's blank: no series") << " " << "123";
+    QTest::newRow("an empty text is a series") << "" << "123/";
+    QTest::newRow("a letter") << "A" << "123/A";
+}
+
+void TestCbiRecords::documentOfRecord50()
+{
+    QFETCH(QString, series);
+    QFETCH(QString, document);
+    distinta::Riga row;
+    row.des_num_doc = QStringLiteral("   123");
+    row.des_serie_doc = series;
+    row.dat_data_doc = QStringLiteral("20240131");
+    QCOMPARE(QString::fromLatin1(CbiRecords::record50(7, row, false).mid(10, 30)),
+             document.leftJustified(24) + QStringLiteral("310124"));
 }
 
 QTEST_GUILESS_MAIN(TestCbiRecords)

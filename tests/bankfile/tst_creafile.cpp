@@ -11,6 +11,7 @@
 #include "bankfile/bonificifile.h"
 #include "bankfile/confirmedcreafiledialog.h"
 #include "bankfile/creafilecommand.h"
+#include "bankfile/filecommandsupport.h"
 #include "core/distintacode.h"
 #include "distinta/distintestore.h"
 #include "lists/usersettings.h"
@@ -20,6 +21,7 @@
 #include <QBuffer>
 #include <QDir>
 #include <QFile>
+#include <QFileInfo>
 #include <QTest>
 
 using namespace pg;
@@ -50,6 +52,7 @@ private slots:
     void refusedDistinteNeverOpenTheDialog();
     void cancellingLeavesNoFileAndNoChange();
     void failureKeepsThePreviousFile();
+    void unpayableRowsAreRefused();
     void plainRowsMarkTheirDueItemsGroupedRowsDoNot_data();
     void plainRowsMarkTheirDueItemsGroupedRowsDoNot();
     void oddDataKeepEveryLineItsWidth();
@@ -162,6 +165,7 @@ void TestCreaFile::writesTheFileOfTheRules()
     Distinta d = read(number);
     bankfile::ConfirmedCreaFileDialog dialog;
     QCOMPARE(run(d, dialog), CreaFileCommand::Outcome::Written);
+    messages.replaceInStrings(Completed, bankfile::completedMessage(pathOf(number)));
     QCOMPARE(m_prompter->texts(), messages);
 
     const QByteArray written = readAll(pathOf(number));
@@ -229,7 +233,7 @@ void TestCreaFile::unsavedChangesAreSavedFirst()
     QCOMPARE(run(d, dialog, true, save), CreaFileCommand::Outcome::Written);
     QCOMPARE(log, (QStringList{QStringLiteral("save"), QStringLiteral("dialog")}));
     QCOMPARE(readAll(pathOf(1)), goldenFile(QStringLiteral("cbi_one_row.txt")));
-    QCOMPARE(m_prompter->texts(), QStringList{Completed});
+    QCOMPARE(m_prompter->texts(), QStringList{bankfile::completedMessage(pathOf(1))});
 }
 
 void TestCreaFile::refusedDistinteNeverOpenTheDialog_data()
@@ -335,6 +339,33 @@ void TestCreaFile::failureKeepsThePreviousFile()
     QCOMPARE(read(3).header().flg_stato, QStringLiteral("P"));
 }
 
+void TestCreaFile::unpayableRowsAreRefused()
+{
+    // An invoice paid with a negative amount and one paid with nothing: neither reaches the
+    // bank, and the clerk is told which rows they are.
+    Distinta d = create(distintaData(3));
+    for (auto [row, amount] : {std::pair{0, -5.0}, std::pair{2, 0.0}}) {
+        Riga &r = d.righe.edit(row);
+        r.val_imp_residuo_val = r.val_imp_residuo_eur = amount;
+        r.val_imp_indist_val = r.val_imp_indist_eur = amount;
+    }
+    QVERIFY(m_store->Salva(d, false, false));
+    d = read(3);
+    m_faulty->reset();
+    m_prompter->clear();
+
+    bankfile::ConfirmedCreaFileDialog dialog;
+    QCOMPARE(run(d, dialog), CreaFileCommand::Outcome::Refused);
+    QCOMPARE(m_prompter->shown().size(), 1);
+    const QStringList lines = m_prompter->lastText().split(QStringLiteral("\r\n"));
+    QCOMPARE(lines.size(), 3);
+    QVERIFY2(lines.at(1).endsWith(QStringLiteral(": importo -5,00")), qPrintable(lines.at(1)));
+    QVERIFY2(lines.at(2).endsWith(QStringLiteral(": importo 0,00")), qPrintable(lines.at(2)));
+    QVERIFY(!QFileInfo::exists(pathOf(3)));
+    QCOMPARE(m_faulty->rewrites(), 0);
+    QCOMPARE(read(3).header().flg_stato, QStringLiteral("P"));
+}
+
 void TestCreaFile::plainRowsMarkTheirDueItemsGroupedRowsDoNot_data()
 {
     QTest::addColumn<int>("raggruppa");
@@ -378,7 +409,7 @@ void TestCreaFile::plainRowsMarkTheirDueItemsGroupedRowsDoNot()
         // Only the save of the state "F" marks them; the suite refuses, the state is saved.
         QCOMPARE(m_faulty->rewrites(), 1);
         QVERIFY(m_prompter->texts().at(m_prompter->texts().size() - 2).startsWith(refused));
-        QCOMPARE(m_prompter->lastText(), Completed);
+        QCOMPARE(m_prompter->lastText(), bankfile::completedMessage(pathOf(3)));
         QCOMPARE(read(3).header().flg_stato, QStringLiteral("F"));
     }
 }

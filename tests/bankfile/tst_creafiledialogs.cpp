@@ -15,6 +15,7 @@
 #include <QAbstractItemModelTester>
 #include <QApplication>
 #include <QCheckBox>
+#include <QFileInfo>
 #include <QLineEdit>
 #include <QPushButton>
 #include <QSignalSpy>
@@ -245,12 +246,19 @@ void TestCreaFileDialogs::folderPickedIsJoinedToTheName()
     frmCreaFile dialog;
     dialog.setFields(fieldsOf12());
     QString title;
-    dialog.setFolderPicker([&](QWidget *parent, const QString &t) {
+    QString start;
+    dialog.setFolderPicker([&](QWidget *parent, const QString &t, const QString &s) {
         title = t;
+        start = s;
         return parent == &dialog ? picked : QStringLiteral("/wrong/parent");
     });
     click(dialog, "cmdBrowse");
     QCOMPARE(title, QStringLiteral("SELEZIONA CARTELLA"));
+    // The picker opens on the proposed folder, or the nearest one above it that exists.
+    QString nearest = QStringLiteral("/opt/orvida/D_STM");
+    while (!QFileInfo(nearest).isDir())
+        nearest = QFileInfo(nearest).path();
+    QCOMPARE(start, nearest);
     QCOMPARE(textOf(dialog, "txtFileName"), expected);
     click(dialog, "cmdConferma");
     QCOMPARE(dialog.fields().fileName, expected);
@@ -386,7 +394,8 @@ void TestCreaFileDialogs::ribaDialogGivesBackSiaGroupingAndName()
         QVERIFY(!sia->isReadOnly());
         sia->setText(QStringLiteral(" z9y8x"));
         modal->findChild<QCheckBox *>(QStringLiteral("chkRaggruppa"))->click();
-        modal->setFolderPicker([](QWidget *, const QString &) { return QStringLiteral("/srv"); });
+        modal->setFolderPicker(
+            [](QWidget *, const QString &, const QString &) { return QStringLiteral("/srv"); });
         click(*modal, "cmdBrowse");
         click(*modal, confirm ? "cmdConferma" : "cmdAnnulla");
     });

@@ -2,6 +2,7 @@
 #include "bankfilefixture.h"
 
 #include "archives/store/archivenumbers.h"
+#include "bankfile/filecommandsupport.h"
 #include "bankfile/ribafilecommand.h"
 #include "bankfile/ribarecords.h"
 #include "core/distintacode.h"
@@ -82,8 +83,6 @@ QList<Riga> rowsOf7()
             rbRow("0000000000702", "100001", "502", "20240112", "20240229", 1.005),
             rbRow("0000000000703", "100001", "503", "20240115", "20240331", 1200.10), d, e};
 }
-
-const QString Completed = QStringLiteral("Elaborazione Completata");
 
 } // namespace
 
@@ -184,7 +183,7 @@ void TestRibaFile::writesTheReferenceFile()
         dialog.raggruppa = grouped;
         RibaFileCommand command(*m_store, *m_erp, archives::CompanyData::read(*m_erp), dialog);
         QCOMPARE(command.cmdCreaFile(d, false, {}), RibaFileCommand::Outcome::Written);
-        QCOMPARE(m_prompter->texts(), QStringList{Completed});
+        QCOMPARE(m_prompter->texts(), QStringList{bankfile::completedMessage(path)});
         QCOMPARE(dialog.shown.fileName, path);
         QCOMPARE(dialog.shown.fileTag, QStringLiteral("/RIBA_7.txt"));
         QCOMPARE(dialog.shown.codSia, QStringLiteral("A1B2C"));

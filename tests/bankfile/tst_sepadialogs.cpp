@@ -111,7 +111,7 @@ void TestSepaDialogs::formatChoiceChangesTheName()
 
     // A folder picked takes the name of the format chosen.
     dialog.setFolderPicker(
-        [&](QWidget *, const QString &) { return QStringLiteral("/srv/Banca"); });
+        [&](QWidget *, const QString &, const QString &) { return QStringLiteral("/srv/Banca"); });
     dialog.findChild<QToolButton *>(QStringLiteral("cmdBrowse"))->click();
     QCOMPARE(name->text(), picked);
     dialog.findChild<QAbstractButton *>(QStringLiteral("cmdConferma"))->click();

@@ -9,6 +9,7 @@
 #include "archives/store/companydata.h"
 #include "bankfile/confirmedcreafiledialog.h"
 #include "bankfile/creafilecommand.h"
+#include "bankfile/filecommandsupport.h"
 #include "bankfile/ibancheck.h"
 #include "bankfile/sepatext.h"
 #include "bankfile/sepaxmlfile.h"
@@ -452,7 +453,7 @@ void TestSepaXml::dueItemsAreMarkedAsForTheFlatFile()
         // Only the save of the state "F" marks them; the suite refuses, the state is saved.
         QCOMPARE(m_faulty->rewrites(), 1);
         QVERIFY(m_prompter->texts().at(m_prompter->texts().size() - 2).startsWith(refused));
-        QCOMPARE(m_prompter->lastText(), Completed);
+        QCOMPARE(m_prompter->lastText(), bankfile::completedMessage(xmlPath(3)));
         QCOMPARE(read(3).header().flg_stato, QStringLiteral("F"));
     }
 }
@@ -485,7 +486,8 @@ void TestSepaXml::cucIsAskedOnceAndRemembered()
     dialog.cuc = answer;
     QCOMPARE(int(run(d, dialog)), outcome);
     QCOMPARE(dialog.cucQuestions, 1);
-    QCOMPARE(m_prompter->texts(), QStringList{message});
+    QCOMPARE(m_prompter->texts(),
+             QStringList{message == Completed ? bankfile::completedMessage(xmlPath(1)) : message});
     QCOMPARE(currentSettings().cuc, remembered);
     QCOMPARE(UserSettings::userStore()->value(QStringLiteral("Bonifici/CUC")).toString(),
              remembered);

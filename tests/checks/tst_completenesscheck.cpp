@@ -35,6 +35,7 @@ struct RowData
     QString bank;
     QString agency;
     QString accountNumber;
+    std::optional<double> inDistinta = {}; // the amount in the distinta, when not the amount
 };
 
 Riga rigaOf(const RowData &s)
@@ -57,7 +58,7 @@ Riga rigaOf(const RowData &s)
     r.val_cambio = 1;
     r.val_imp_dapag_val = r.val_imp_dapag_eur = s.amount;
     r.val_imp_residuo_val = r.val_imp_residuo_eur = s.amount;
-    r.val_imp_indist_val = r.val_imp_indist_eur = s.amount;
+    r.val_imp_indist_val = r.val_imp_indist_eur = s.inDistinta.value_or(s.amount);
     return r;
 }
 
@@ -84,6 +85,10 @@ QList<RowData> rowsOf(int number)
         // Nothing to say.
         {"0000000000706", "300006", "6", "506", " ", "15", "01", 10, QStringLiteral("03069"),
          QStringLiteral("09606"), QStringLiteral("12345")},
+        // An invoice with a negative amount in the distinta, and a series that is empty rather
+        // than the suite's blank.
+        {"0000000000707", "300007", "3", "507", "", "16", "01", 80, NoBank, NoBank, NoAccount,
+         -5},
     };
 }
 
@@ -240,7 +245,7 @@ void TestCompletenessCheck::bankDataAreRefreshedFromTheSuiteAndSaved()
 
     Distinta saved;
     m_store->Leggi(saved, formatDistintaCode(7));
-    QCOMPARE(saved.righe.size(), 6);
+    QCOMPARE(saved.righe.size(), 7);
     const auto rowOf = [&](const QString &account) {
         for (int i = 0; i < saved.righe.size(); ++i)
             if (saved.righe.at(i).cod_clifor == account)

@@ -5,6 +5,7 @@
 
 #include <QDir>
 #include <QFile>
+#include <QFileInfo>
 #include <QTemporaryDir>
 #include <QTest>
 
@@ -25,6 +26,7 @@ private slots:
     void loadRefusesABadFileWhole();
     void commandsNeedAnInstallation();
     void demoRefusesALongDirectory();
+    void installaPutsTheProgramsFilesWhereTheyAreRead();
 
 private:
     // Runs pagamenti-cli; iniDir, when given, is the ORVIDA_INI_DIR of the run.
@@ -192,6 +194,46 @@ void TestCli::demoRefusesALongDirectory()
     QCOMPARE(run.exitCode, 1);
     QVERIFY2(run.err.contains(u"Percorso troppo lungo"), qPrintable(run.err));
     QVERIFY(!QFileInfo::exists(base + QStringLiteral("/una")));
+}
+
+void TestCli::installaPutsTheProgramsFilesWhereTheyAreRead()
+{
+    // An installation of the suite without the program's files: the first start cannot create
+    // the local database.
+    const QString dir = newDir();
+    QCOMPARE(cli({QStringLiteral("demo"), dir, QStringLiteral("--due-items"), QStringLiteral("1")})
+                 .exitCode,
+             0);
+    const QString exe = dir + QStringLiteral("/orvida/exe/");
+    QVERIFY(QFile::remove(exe + QStringLiteral("QXARTRAC.DAT")));
+    QVERIFY(QFile::remove(exe + QStringLiteral("causali.ini")));
+    Run run = cli({QStringLiteral("list")}, dir);
+    QCOMPARE(run.exitCode, 1);
+    QVERIFY2(run.err.contains(u"Errore d'installazione"), qPrintable(run.err));
+
+    // The suite's directory from ORVIDA.INI; the company's own reasons and an outdated schema.
+    QFile causali(exe + QStringLiteral("causali.ini"));
+    QVERIFY(causali.open(QIODevice::WriteOnly));
+    causali.write("[CAUSALI]\r\nFA=SI\r\n");
+    causali.close();
+    QFile schema(exe + QStringLiteral("QXARTRAC.DAT"));
+    QVERIFY(schema.open(QIODevice::WriteOnly));
+    schema.write("Database\tPagame\t06.07.00\r\n");
+    schema.close();
+    run = cli({QStringLiteral("installa")}, dir);
+    QCOMPARE(run.exitCode, 0);
+    QFile shipped(QStringLiteral(PAGAMENTI_SOURCE_DIR "/data/QXARTRAC.DAT"));
+    QVERIFY(shipped.open(QIODevice::ReadOnly) && schema.open(QIODevice::ReadOnly));
+    QCOMPARE(schema.readAll(), shipped.readAll());
+    QVERIFY(causali.open(QIODevice::ReadOnly));
+    QCOMPARE(causali.readAll(), QByteArray("[CAUSALI]\r\nFA=SI\r\n"));
+    QVERIFY(QFileInfo::exists(dir + QStringLiteral("/orvida/D_IMG/Distinta.html")));
+    QCOMPARE(cli({QStringLiteral("list")}, dir).exitCode, 0);
+
+    // A folder that is not there is refused.
+    run = cli({QStringLiteral("installa"), dir + QStringLiteral("/manca")});
+    QCOMPARE(run.exitCode, 1);
+    QVERIFY2(run.err.contains(u"non esiste"), qPrintable(run.err));
 }
 
 QTEST_GUILESS_MAIN(TestCli)

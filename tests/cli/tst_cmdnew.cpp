@@ -76,7 +76,7 @@ void TestCmdNew::refusals_data()
     QTest::newRow("amounts") << options("--bank BANK --min 1.000 --max 500") << 1
                              << "Importi non coerenti";
     QTest::newRow("amount not a number")
-        << options("--bank BANK --max tanto") << 1 << "Importi non coerenti";
+        << options("--bank BANK --max tanto") << 1 << "Importo non valido: \"tanto\"";
     QTest::newRow("dates") << options("--bank BANK --due-from 01/12/2026 --due-to 30/11/2026") << 1
                            << "Date non coerenti";
     QTest::newRow("not a date") << options("--bank BANK --due-to 31/02/2026") << 1

@@ -1,4 +1,5 @@
 #include "core/apperror.h"
+#include "core/typedamount.h"
 #include "core/vbformat.h"
 
 #include <QTest>
@@ -18,6 +19,8 @@ private slots:
     void sixteenBitConversion();
     void plainNumbers();
     void typedNumbers();
+    void typedAmounts_data();
+    void typedAmounts();
 };
 
 void TestVbFormat::numbers_data()
@@ -131,6 +134,53 @@ void TestVbFormat::typedNumbers()
     QCOMPARE(v, 12.5);
     QVERIFY(!vb::toNumber(QStringLiteral("12a"), &v, it));
     QVERIFY(!vb::toNumber(QString(), &v, it));
+}
+
+void TestVbFormat::typedAmounts_data()
+{
+    QTest::addColumn<QString>("typed");
+    QTest::addColumn<QString>("plain"); // empty: refused
+    QTest::addColumn<double>("value");
+
+    QTest::newRow("decimal comma") << "12,5" << "12,5" << 12.5;
+    QTest::newRow("grouped with decimals") << "1.000,50" << "1000,50" << 1000.5;
+    QTest::newRow("grouped thousands") << "1.000" << "1000" << 1000.0;
+    QTest::newRow("grouped millions") << " 1.234.567 " << "1234567" << 1234567.0;
+    QTest::newRow("point that cannot group") << "12.5" << "12,5" << 12.5;
+    QTest::newRow("point with cents") << "1234.50" << "1234,50" << 1234.5;
+    QTest::newRow("negative") << "-5" << "-5" << -5.0;
+    QTest::newRow("leading comma") << ",50" << "0,50" << 0.5;
+    QTest::newRow("leading zeros") << "007" << "7" << 7.0;
+    QTest::newRow("two commas") << "1,000,50" << "" << 0.0;
+    QTest::newRow("point after comma") << "1,000.50" << "" << 0.0;
+    QTest::newRow("group of two") << "1.00,5" << "" << 0.0;
+    QTest::newRow("three decimals") << "12,345" << "" << 0.0;
+    QTest::newRow("decimal point and three decimals") << "0.125" << "" << 0.0;
+    QTest::newRow("two points not grouping") << "1.2.3" << "" << 0.0;
+    QTest::newRow("letter") << "12a" << "" << 0.0;
+    QTest::newRow("fourteen digits") << "12345678901234" << "" << 0.0;
+    QTest::newRow("sign alone") << "-" << "" << 0.0;
+}
+
+void TestVbFormat::typedAmounts()
+{
+    QFETCH(QString, typed);
+    QFETCH(QString, plain);
+    QFETCH(double, value);
+    // The same reading whatever the locale in use.
+    for (const QLocale &locale : {QLocale(QLocale::Italian, QLocale::Italy),
+                                  QLocale(QLocale::English, QLocale::UnitedStates)}) {
+        QLocale::setDefault(locale);
+        const vb::TypedAmount amount = vb::TypedAmount::read(typed);
+        QCOMPARE(amount.isValid(), !plain.isEmpty());
+        if (amount.isValid()) {
+            QCOMPARE(amount.plain, plain);
+            QCOMPARE(amount.value, value);
+        }
+    }
+    QLocale::setDefault(QLocale::c());
+    QCOMPARE(vb::TypedAmount::read(QStringLiteral("  ")).outcome,
+             vb::TypedAmount::Outcome::Empty);
 }
 
 QTEST_GUILESS_MAIN(TestVbFormat)

@@ -9,6 +9,7 @@
 
 #include "app/program.h"
 #include "bankfile/bankfiledialog.h"
+#include "bankfile/filecommandsupport.h"
 #include "editor/window/distintaeditor.h"
 #include "editor/window/mainwindow.h"
 #include "lists/distintelistdialog.h"
@@ -77,7 +78,7 @@ void TestDesktopBankFile::writeTheBankFile()
         dialog->findChild<QPushButton *>(QStringLiteral("cmdConferma"))->click();
     });
     QTest::mouseClick(window->command(QStringLiteral("cmdCreaFile")), Qt::LeftButton);
-    QCOMPARE(prompter.lastText(), QStringLiteral("Elaborazione Completata"));
+    QCOMPARE(prompter.lastText(), bankfile::completedMessage(output));
     QVERIFY(window->close());
     UserSettings::useStoreFile({});
 }

@@ -53,6 +53,7 @@ void TestUserSettings::roundTripAndFixedDescriptions()
     s.desAlt = QStringLiteral("Pagamento NNN Scadenze");
     s.columns.insert(QStringLiteral("Codice"), false);
     s.columns.insert(QStringLiteral("C/F"), true);
+    s.columnLayout = QStringLiteral("ragsoc=300;des_num_doc=52");
     {
         QSettings store(path, QSettings::IniFormat);
         s.save(store);

@@ -5,7 +5,6 @@
 #include "distinta/riga.h"
 
 #include <QLineEdit>
-#include <QLocale>
 #include <QPointer>
 #include <QRegularExpressionValidator>
 #include <QTimer>
@@ -36,11 +35,11 @@ QWidget *RowListDelegate::createEditor(QWidget *parent, const QStyleOptionViewIt
     edit->setFrame(false);
     const QString field = index.data(RowListModel::FieldRole).toString();
     if (field == RowListRules::ResiduoField) {
-        const QString point = QRegularExpression::escape(QLocale().decimalPoint());
+        // Digits, the sign and the separators: the list's rules read what was typed (the comma
+        // is the decimal sign, points group thousands) and refuse, saying why, what is not an
+        // amount.
         edit->setValidator(new QRegularExpressionValidator(
-            QRegularExpression(QStringLiteral("-?[0-9]{0,13}(") + point +
-                               QStringLiteral("[0-9]{0,2})?")),
-            edit));
+            QRegularExpression(QStringLiteral("[-+]?[0-9.]{0,17}(,[0-9]{0,2})?")), edit));
         edit->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
     } else {
         edit->setMaxLength(descriptionWidth());

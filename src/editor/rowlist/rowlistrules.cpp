@@ -6,6 +6,7 @@
 #include "core/money.h"
 #include "core/paymenttype.h"
 #include "core/prompter.h"
+#include "core/typedamount.h"
 #include "core/vbformat.h"
 #include "startup/errortrap.h"
 
@@ -19,6 +20,18 @@ const QString RowListRules::ResiduoHint = QStringLiteral(
     "L'importo residuo proposto è la differenza tra l'importo da pagare e quello pagato.");
 const QString RowListRules::DescrizioneHint = QStringLiteral(
     "Indicare la descrizione da riportare nella stampa della distinta o nel file bonifico.");
+
+QString RowListRules::residuoNonPagabile(double dapag)
+{
+    return money::toCents(dapag) < 0
+               ? QStringLiteral("L'importo residuo di una nota di credito deve essere negativo, "
+                                "come l'importo della scadenza (") +
+                     vb::format(dapag, u"#,0.00") + QStringLiteral("), e diverso da zero.")
+               : QStringLiteral("L'importo residuo deve essere maggiore di zero, come l'importo "
+                                "della scadenza (") +
+                     vb::format(dapag, u"#,0.00") +
+                     QStringLiteral("): per non pagare la scadenza, cancellare la riga.");
+}
 
 bool RowListRules::isEditableField(const QString &field)
 {
@@ -117,9 +130,13 @@ bool RowListRules::changeComplete(const QString &key, const QString &field, cons
 
 bool RowListRules::storeResiduo(int row, const QString &text)
 {
-    double v = 0;
-    if (!vb::toNumber(text, &v))
+    // Read as the clerk types it, whatever the system's locale; never a guess.
+    const vb::TypedAmount typed = vb::TypedAmount::read(text);
+    if (!typed.isValid()) {
+        msgBox(vb::TypedAmount::invalidMessage(text), Buttons::Ok, Icon::Exclamation);
         return false;
+    }
+    const double v = typed.value;
     const Riga &r = m_d->righe.at(row);
     const double limit =
         money::fromCents(money::toCents(r.val_imp_dapag_val) - money::toCents(r.val_imp_pag_val));
@@ -128,6 +145,12 @@ bool RowListRules::storeResiduo(int row, const QString &text)
                               "pagare e quello già pagato (") +
                    vb::cstr(limit) + QStringLiteral(")."),
                Buttons::Ok, Icon::Exclamation);
+        return false;
+    }
+    // Nothing, or a transfer the wrong way, would go to the bank: an invoice is paid with a
+    // positive amount, a credit note keeps its negative one.
+    if (!Riga::isPayableAmount(v, r.val_imp_dapag_val)) {
+        msgBox(residuoNonPagabile(r.val_imp_dapag_val), Buttons::Ok, Icon::Exclamation);
         return false;
     }
     Riga &edit = m_d->righe.edit(row);

@@ -29,6 +29,8 @@ public:
     void setDistinta(distinta::Distinta *d) { m_d = d; }
 
     static bool isEditableField(const QString &field);
+    // Why a residual of zero or of the sign opposite to the due item's amount is refused.
+    static QString residuoNonPagabile(double dapag);
     // The payment types paid whole: "RID", "Avviso", "Ricevuta bancaria", "Tratta".
     static bool allowsPartialAmount(const QString &tipoPag);
 

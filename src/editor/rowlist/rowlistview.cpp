@@ -39,6 +39,8 @@ RowListView::RowListView(QWidget *parent)
     verticalHeader()->hide();
     verticalHeader()->setSectionResizeMode(QHeaderView::Fixed);
     horizontalHeader()->setHighlightSections(false);
+    // The clerk arranges the columns by dragging their headers.
+    horizontalHeader()->setSectionsMovable(true);
     horizontalHeader()->setSortIndicatorShown(true);
     // Until the clerk picks a column the lines keep the order of the distinta's rows.
     horizontalHeader()->setSortIndicator(-1, Qt::AscendingOrder);
@@ -74,6 +76,7 @@ void RowListView::LV_InizializzaLista(const UserSettings &settings)
         horizontalHeader()->setSortIndicator(-1, Qt::AscendingOrder);
         m_model->LV_InizializzaLista(configuredColumns(settings));
         setColumnHidden(0, true);
+        applyColumnLayout(settings.columnLayout);
         LV_AdattaColonne();
     });
 }
@@ -93,13 +96,47 @@ void RowListView::LV_AdattaColonne()
         // that a list of ten thousand lines fits at once.
         for (int c = 1; c < m_model->columnCount(); ++c) {
             resizeColumnToContents(c);
-            // The table's own width stays the least a column gets.
-            const int table = twipsToPixels(m_model->column(c).width);
-            if (columnWidth(c) < table)
-                setColumnWidth(c, table);
+            // The table's own width, and the width the clerk left it at, stay the least a
+            // column gets: its contents are never cut.
+            const int least = std::max(twipsToPixels(m_model->column(c).width),
+                                       m_savedWidths.value(m_model->column(c).field));
+            if (columnWidth(c) < least)
+                setColumnWidth(c, least);
         }
         setColumnHidden(0, true);
     });
+}
+
+QString RowListView::columnLayout() const
+{
+    QStringList columns;
+    const QHeaderView *header = horizontalHeader();
+    for (int visual = 0; visual < header->count(); ++visual) {
+        const int c = header->logicalIndex(visual);
+        if (c <= 0 || c >= m_model->columnCount() || isColumnHidden(c))
+            continue;
+        columns << m_model->column(c).field + u'=' + QString::number(columnWidth(c));
+    }
+    return columns.join(u';');
+}
+
+void RowListView::applyColumnLayout(const QString &layout)
+{
+    m_savedWidths.clear();
+    QHeaderView *header = horizontalHeader();
+    // After the hidden first column; fields the list no longer shows are passed over.
+    int position = 1;
+    for (const QString &entry : layout.split(u';', Qt::SkipEmptyParts)) {
+        const QString field = entry.section(u'=', 0, 0).trimmed();
+        const int c = m_model->columnOfField(field);
+        if (c <= 0)
+            continue;
+        header->moveSection(header->visualIndex(c), position++);
+        bool ok = false;
+        const int width = entry.section(u'=', 1).trimmed().toInt(&ok);
+        if (ok && width > 0)
+            m_savedWidths.insert(field, width);
+    }
 }
 
 void RowListView::LV_ShowHeaderIcon(int column, Qt::SortOrder order)

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QHash>
 #include <QStringList>
 #include <QTableView>
 
@@ -55,6 +56,10 @@ public:
     QStringList selectedRowKeys() const;
     // The line key of the current line; empty when there is none.
     QString currentRowKey() const;
+    // The columns as the clerk arranged them, "field=width" in the order shown, ";" between
+    // (UserSettings::columnLayout); LV_InizializzaLista puts them back so.
+    QString columnLayout() const;
+
     // Whether the list shows a column with that header.
     bool hasListColumn(const QString &header) const;
     int listRowCount() const;
@@ -69,8 +74,13 @@ protected:
     bool edit(const QModelIndex &index, EditTrigger trigger, QEvent *event) override;
 
 private:
+    // Moves the columns into the saved order and keeps their saved widths as their least.
+    void applyColumnLayout(const QString &layout);
+
     RowListModel *m_model;
     RowListProxy *m_proxy;
+    // Saved widths by field: a column fitted to its contents is never narrower.
+    QHash<QString, int> m_savedWidths;
 };
 
 } // namespace pg::editor

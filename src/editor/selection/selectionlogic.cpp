@@ -7,6 +7,7 @@
 #include "core/money.h"
 #include "core/paymenttype.h"
 #include "core/prompter.h"
+#include "core/typedamount.h"
 #include "core/vbdate.h"
 #include "core/vbformat.h"
 #include "distinta/programvalues.h"
@@ -395,19 +396,21 @@ bool SelectionLogic::validateDate(Box box)
 
 bool SelectionLogic::amountOf(Box box, double defaultValue, double *value)
 {
-    // The thousands dots go: the box is rewritten without them, and what is left is read as
-    // a number of the clerk's locale.
-    QString typed = text(box);
-    typed.remove(u'.');
-    if (typed != text(box)) {
-        m_form.texts[box] = typed;
-        changed();
-    }
-    if (typed.trimmed().isEmpty()) {
+    // The box is rewritten without its thousands points, and what is left read as the clerk
+    // types amounts (the comma for the decimals) whatever the system's locale.
+    const vb::TypedAmount typed = vb::TypedAmount::read(text(box));
+    if (typed.outcome == vb::TypedAmount::Outcome::Empty) {
         *value = defaultValue;
         return true;
     }
-    return vb::toNumber(typed, value);
+    if (!typed.isValid())
+        return false;
+    if (typed.plain != text(box)) {
+        m_form.texts[box] = typed.plain;
+        changed();
+    }
+    *value = typed.value;
+    return true;
 }
 
 bool SelectionLogic::cmdGenera()
@@ -453,10 +456,15 @@ bool SelectionLogic::cmdGenera()
                            : dates::completeTwoDigitYear(text(DataValuta));
         selectionValues() = v;
 
-        // An amount that is not a number is as incoherent as a minimum above the maximum.
-        if (!minOk || !maxOk || money::exceeds(v.impMinimo, v.impMassimo)) {
-            refuse(QStringLiteral("Importi non coerenti"), !maxOk && minOk ? ImpMassimo : ImpMinimo,
-                   true);
+        // An amount that cannot be read is refused with what was typed, never taken as
+        // something else.
+        if (!minOk || !maxOk) {
+            const Box unread = minOk ? ImpMassimo : ImpMinimo;
+            refuse(vb::TypedAmount::invalidMessage(text(unread)), unread, true);
+            return;
+        }
+        if (money::exceeds(v.impMinimo, v.impMassimo)) {
+            refuse(QStringLiteral("Importi non coerenti"), ImpMinimo, true);
             return;
         }
         if (v.dataScadInizio > v.dataScadFine) {

@@ -113,7 +113,15 @@ bool DistintaEditor::askSaveFirst(int index, bool *cancelled)
     if (!hasUnsavedChanges())
         return true;
     CalcolaTotali();
-    if (msgBox(SavePrompt, Buttons::YesNo, Icon::Question) == Answer::Yes) {
+    // Escape (or closing the question) withdraws the command: nothing is saved and nothing
+    // is dropped.
+    const Answer answer =
+        prompter().ask(Message{SavePrompt, {}, Icon::Question, Buttons::YesNo, std::nullopt, true});
+    if (answer == Answer::Cancel) {
+        *cancelled = true;
+        return false;
+    }
+    if (answer == Answer::Yes) {
         // A save that does not happen (the checks refused it) keeps the changes on screen.
         if (!m_store->Salva(m_d, false, false)) {
             *cancelled = true;
@@ -181,8 +189,7 @@ bool DistintaEditor::btnGestione_ClickED(int index)
         case Elimina: {
             if (!hasDistinta())
                 return;
-            if (msgBox(QStringLiteral("Elimina Distinta?"), Buttons::YesNo, Icon::Question) !=
-                Answer::Yes)
+            if (askDestructive(QStringLiteral("Elimina Distinta?")) != Answer::Yes)
                 return;
             if (!m_store->Cancella(m_d))
                 return;
@@ -263,7 +270,7 @@ bool DistintaEditor::rowChangeAllowed(const QString &question)
         return false;
     }
     if (state() == u"F")
-        return msgBox(question, Buttons::YesNo, Icon::Question) == Answer::Yes;
+        return askDestructive(question) == Answer::Yes;
     return true;
 }
 

@@ -3,6 +3,8 @@
 #include "editor/rowlist/rowlistview.h"
 
 #include "core/vbdate.h"
+#include "core/vbformat.h"
+#include "lists/usersettings.h"
 #include "startup/errortrap.h"
 #include "ui/codelineedit.h"
 #include "ui/icons.h"
@@ -23,12 +25,6 @@
 namespace pg::editor {
 
 namespace {
-
-// The width of a header field for the given number of characters.
-int widthFor(const QWidget *w, int characters)
-{
-    return w->fontMetrics().horizontalAdvance(QString(characters, u'0')) + 14;
-}
 
 // A label of a picture that reports double clicks.
 class PictureLabel : public QLabel
@@ -112,7 +108,7 @@ MainWindow::MainWindow(MainWindowLoad &load, QWidget *parent) : QMainWindow(pare
     m_listArea = new QFrame(central);
     m_listArea->setObjectName(QStringLiteral("lvwScadenzeArea"));
     m_listArea->setFrameShape(QFrame::StyledPanel);
-    m_listArea->setMinimumSize(520, 240);
+    m_listArea->setMinimumSize(480, 200);
     m_listArea->setContextMenuPolicy(Qt::CustomContextMenu);
     auto *listLayout = new QVBoxLayout(m_listArea);
     listLayout->setContentsMargins(0, 0, 0, 0);
@@ -161,15 +157,16 @@ MainWindow::MainWindow(MainWindowLoad &load, QWidget *parent) : QMainWindow(pare
     m_chkModello->setObjectName(QStringLiteral("chkModello"));
     m_chkModello->setToolTip(QStringLiteral("Permette di selezionare un modello dalla lista invece "
                                             "di usare quello predefinito"));
-    for (QToolButton *b : {aggiungi, cancRiga, zoom, zoomCli}) {
-        b->setToolButtonStyle(Qt::ToolButtonTextUnderIcon);
+    // Captions beside their icons, one column as wide as the longest: the column stays
+    // short enough for a 768-pixel screen.
+    for (QToolButton *b :
+         {aggiungi, cancRiga, zoom, zoomCli, stampa, creaFile, controllo, verifica, listaCampi})
+        b->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
+    for (QToolButton *b : {aggiungi, cancRiga, zoom, zoomCli})
         rows->addWidget(b);
-    }
-    rows->addSpacing(16);
-    for (QToolButton *b : {stampa, creaFile, controllo, verifica, listaCampi}) {
-        b->setToolButtonStyle(Qt::ToolButtonTextUnderIcon);
+    rows->addSpacing(12);
+    for (QToolButton *b : {stampa, creaFile, controllo, verifica, listaCampi})
         rows->addWidget(b);
-    }
     rows->addWidget(m_chkModello);
     rows->addStretch(1);
     middle->addLayout(rows);
@@ -288,10 +285,9 @@ void MainWindow::buildHeader(QWidget *parent, QGridLayout *grid)
                 m_editor->validateBankField(index);
         });
     }
-    auto *tipo = m_txtTestata[DistintaEditor::Tipo];
-    auto *stato = m_txtTestata[DistintaEditor::Stato];
-    tipo->hide();
-    stato->hide();
+    // The type and the state are shown by their descriptions (txtdesTipo, txtdesStato).
+    m_txtTestata[DistintaEditor::Tipo]->hide();
+    m_txtTestata[DistintaEditor::Stato]->hide();
 
     m_mskData = new ui::MaskedDateEdit(parent);
     m_mskData->setObjectName(QStringLiteral("mskData"));
@@ -318,15 +314,16 @@ void MainWindow::buildHeader(QWidget *parent, QGridLayout *grid)
         });
     }
 
-    m_desTipo = new QLineEdit(parent);
+    m_desTipo = new ui::CodeLineEdit(parent);
     m_desTipo->setObjectName(QStringLiteral("txtdesTipo"));
-    m_desStato = new QLineEdit(parent);
+    m_desStato = new ui::CodeLineEdit(parent);
     m_desStato->setObjectName(QStringLiteral("txtdesStato"));
-    for (QLineEdit *display : {m_desTipo, m_desStato}) {
+    for (ui::CodeLineEdit *display : {m_desTipo, m_desStato}) {
         display->setReadOnly(true);
         display->setFocusPolicy(Qt::NoFocus);
-        display->setMaximumWidth(widthFor(display, 11));
     }
+    m_desTipo->setWidestText(QStringLiteral("Fornitori"));
+    m_desStato->setWidestText(QStringLiteral("Definitiva"));
     m_lblTotale = new QLabel(QStringLiteral("TOT. DISTINTA"), parent);
     m_lblTotale->setObjectName(QStringLiteral("lblTotale"));
     QFont bold = m_lblTotale->font();
@@ -342,81 +339,95 @@ void MainWindow::buildHeader(QWidget *parent, QGridLayout *grid)
     using E = DistintaEditor;
     t[E::CodDistinta]->setAlignment(Qt::AlignRight);
     t[E::CodDistinta]->setFocusPolicy(Qt::NoFocus);
-    t[E::CodDistinta]->setMaximumWidth(widthFor(parent, 7));
     t[E::AbiBanca]->setToolTip(QStringLiteral("Indicare il codice Banca azienda"));
     t[E::CabBanca]->setToolTip(QStringLiteral("Indicare il codice Agenzia azienda"));
     t[E::AbiBanca]->setMaxLength(5);
     t[E::CabBanca]->setMaxLength(5);
-    for (int i : {int(E::AbiBanca), int(E::CabBanca), int(E::CodiceAbi), int(E::CodiceCab)}) {
-        t[i]->setMaximumWidth(widthFor(parent, 6));
+    for (int i : {int(E::AbiBanca), int(E::CabBanca), int(E::CodiceAbi), int(E::CodiceCab)})
         t[i]->setStatusTip(t[i]->toolTip().isEmpty()
                                ? QString()
                                : t[i]->toolTip() + QStringLiteral(" (F4 = elenco)"));
-    }
     t[E::CodSia]->setMaxLength(6);
-    t[E::CodSia]->setMaximumWidth(widthFor(parent, 7));
     t[E::DesBanAzi]->setMaxLength(80);
     t[E::Riferimenti]->setMaxLength(20);
     t[E::ContoOrdinante]->setMaxLength(20);
     t[E::NumeroDisp]->setAlignment(Qt::AlignRight);
-    t[E::NumeroDisp]->setMaximumWidth(widthFor(parent, 6));
     t[E::ImportoTotale]->setAlignment(Qt::AlignRight);
     t[E::ImportoTotale]->setFont(bold);
-    t[E::CodValuta]->setMaximumWidth(widthFor(parent, 3));
     for (int i : {int(E::CodDistinta), int(E::CodiceAbi), int(E::CodiceCab), int(E::NumeroDisp),
                   int(E::ImportoTotale), int(E::CodValuta), int(E::DesValuta)})
         t[i]->setFocusPolicy(Qt::NoFocus);
 
-    // Row 0: number, dates, type and state.
+    // Every box at least as wide as the widest value it holds, whatever the font: codes of
+    // five digits, a total of nine hundred million with its sign, the ordering account of the
+    // bank file. Codes keep that width; texts may grow.
+    const std::pair<int, QString> widest[]{
+        {E::CodDistinta, QStringLiteral("000000")},
+        {E::CodSia, QStringLiteral("WWWWWW")},
+        {E::AbiBanca, QStringLiteral("00000")},
+        {E::CabBanca, QStringLiteral("00000")},
+        {E::CodiceAbi, QStringLiteral("00000")},
+        {E::CodiceCab, QStringLiteral("00000")},
+        {E::NumeroDisp, QStringLiteral("00000")},
+        {E::ImportoTotale, vb::format(-999999999.99, u"#,0.00")},
+        {E::CodValuta, QStringLiteral("WW")},
+        {E::ContoOrdinante, QString(12, u'0')},
+        {E::Riferimenti, QString(20, u'n')},
+        {E::DesValuta, QStringLiteral("EURO")},
+        {E::DesBanAzi, QString(30, u'n')},
+    };
+    for (const auto &[index, text] : widest) {
+        t[index]->setWidestText(text);
+        const bool code = index != E::ContoOrdinante && index != E::Riferimenti &&
+                          index != E::DesValuta && index != E::DesBanAzi;
+        t[index]->setSizePolicy(code ? QSizePolicy::Fixed : QSizePolicy::Expanding,
+                                QSizePolicy::Fixed);
+    }
+    for (ui::CodeLineEdit *display : {m_desTipo, m_desStato})
+        display->setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
+
+    auto pair = [](QWidget *first, QWidget *second) {
+        auto *row = new QHBoxLayout;
+        row->addWidget(first);
+        row->addWidget(second);
+        row->addStretch(1);
+        return row;
+    };
+    // Three columns of a label and its boxes, so that the header fits a 1024-pixel screen.
     grid->addWidget(label(QStringLiteral("Distinta N."), t[E::CodDistinta]), 0, 0);
     grid->addWidget(t[E::CodDistinta], 0, 1);
     grid->addWidget(label(QStringLiteral("Data distinta"), m_mskData), 0, 2);
     grid->addWidget(m_mskData, 0, 3);
     grid->addWidget(label(QStringLiteral("Data Valuta"), m_mskDataValuta), 0, 4);
     grid->addWidget(m_mskDataValuta, 0, 5);
-    auto *kind = new QHBoxLayout;
-    kind->addWidget(m_desTipo);
-    kind->addWidget(m_desStato);
-    kind->addWidget(tipo);
-    kind->addWidget(stato);
-    kind->addStretch(1);
-    grid->addLayout(kind, 0, 6, 1, 2);
 
-    // Row 1: the company bank of the presentation.
     grid->addWidget(label(QStringLiteral("Banca/Agenzia"), t[E::AbiBanca]), 1, 0);
-    auto *bank = new QHBoxLayout;
-    bank->addWidget(t[E::AbiBanca]);
-    bank->addWidget(t[E::CabBanca]);
-    grid->addLayout(bank, 1, 1);
+    grid->addLayout(pair(t[E::AbiBanca], t[E::CabBanca]), 1, 1);
     grid->addWidget(label(QStringLiteral("Descrizione Banca/Agenzia"), t[E::DesBanAzi]), 1, 2);
     grid->addWidget(t[E::DesBanAzi], 1, 3, 1, 3);
-    grid->addWidget(label(QStringLiteral("ABI/CAB"), t[E::CodiceAbi]), 1, 6);
-    auto *abiCab = new QHBoxLayout;
-    abiCab->addWidget(t[E::CodiceAbi]);
-    abiCab->addWidget(t[E::CodiceCab]);
-    abiCab->addStretch(1);
-    grid->addLayout(abiCab, 1, 7);
 
-    // Row 2: the ordering data.
-    grid->addWidget(label(QStringLiteral("Codice SIA:"), t[E::CodSia]), 2, 0);
-    grid->addWidget(t[E::CodSia], 2, 1);
-    grid->addWidget(label(QStringLiteral("Conto Ordinante"), t[E::ContoOrdinante]), 2, 2);
-    grid->addWidget(t[E::ContoOrdinante], 2, 3);
-    grid->addWidget(label(QStringLiteral("Riferimenti Mittente"), t[E::Riferimenti]), 2, 4);
-    grid->addWidget(t[E::Riferimenti], 2, 5);
+    grid->addWidget(label(QStringLiteral("ABI/CAB"), t[E::CodiceAbi]), 2, 0);
+    grid->addLayout(pair(t[E::CodiceAbi], t[E::CodiceCab]), 2, 1);
+    grid->addWidget(label(QStringLiteral("Codice SIA:"), t[E::CodSia]), 2, 2);
+    grid->addWidget(t[E::CodSia], 2, 3);
+    grid->addWidget(label(QStringLiteral("Conto Ordinante"), t[E::ContoOrdinante]), 2, 4);
+    grid->addWidget(t[E::ContoOrdinante], 2, 5);
 
-    // Row 3: currency, dispositions and total.
     grid->addWidget(label(QStringLiteral("Valuta"), t[E::CodValuta]), 3, 0);
     auto *currency = new QHBoxLayout;
     currency->addWidget(t[E::CodValuta]);
-    currency->addWidget(t[E::DesValuta]);
-    grid->addLayout(currency, 3, 1, 1, 3);
-    grid->addWidget(label(QStringLiteral("N. Disp."), t[E::NumeroDisp]), 3, 4);
-    grid->addWidget(t[E::NumeroDisp], 3, 5);
-    grid->addWidget(m_lblTotale, 3, 6, Qt::AlignRight);
-    grid->addWidget(t[E::ImportoTotale], 3, 7);
-    grid->setColumnStretch(3, 2);
-    grid->setColumnStretch(7, 1);
+    currency->addWidget(t[E::DesValuta], 1);
+    grid->addLayout(currency, 3, 1);
+    grid->addWidget(label(QStringLiteral("Riferimenti Mittente"), t[E::Riferimenti]), 3, 2);
+    grid->addWidget(t[E::Riferimenti], 3, 3);
+    grid->addLayout(pair(m_desTipo, m_desStato), 3, 5);
+
+    grid->addWidget(label(QStringLiteral("N. Disp."), t[E::NumeroDisp]), 4, 0);
+    grid->addWidget(t[E::NumeroDisp], 4, 1);
+    grid->addWidget(m_lblTotale, 4, 4);
+    grid->addWidget(t[E::ImportoTotale], 4, 5);
+    grid->setColumnStretch(3, 1);
+    grid->setColumnStretch(5, 1);
 
     setTabOrder(m_mskData, m_mskDataValuta);
     setTabOrder(m_mskDataValuta, t[E::AbiBanca]);
@@ -430,6 +441,16 @@ void MainWindow::buildHeader(QWidget *parent, QGridLayout *grid)
 QLineEdit *MainWindow::txtTestata(int index) const
 {
     return index >= 0 && index < int(m_txtTestata.size()) ? m_txtTestata.at(index) : nullptr;
+}
+
+QLineEdit *MainWindow::txtdesTipo() const
+{
+    return m_desTipo;
+}
+
+QLineEdit *MainWindow::txtdesStato() const
+{
+    return m_desStato;
 }
 
 QToolButton *MainWindow::command(const QString &objectName) const
@@ -469,6 +490,12 @@ void MainWindow::Form_Unload()
     if (m_unloaded)
         return;
     m_unloaded = true;
+    // "Salva posizione colonne all'uscita.": the columns as the clerk left them, for the next
+    // start. A window that never loaded has no columns of the clerk's to keep.
+    if (m_editor && currentSettings().saveOnExit != 0) {
+        currentSettings().columnLayout = m_list->columnLayout();
+        pSaveColumnLayout();
+    }
     m_list->setDistinta(nullptr);
     m_list->setSession(nullptr);
     m_editor.reset();

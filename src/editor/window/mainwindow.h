@@ -63,6 +63,8 @@ public:
     void cmdScelta_Click();
     void cmdOptions_Click();
     void cmbHelp_Click();
+    // The clerk's manual that cmbHelp opens.
+    static QString manualPath();
     void cmdInfo_Click();
 
     // Brings the window to the front (a second start of the program asks for it).
@@ -82,8 +84,8 @@ public:
     QLineEdit *txtTestata(int index) const;
     ui::MaskedDateEdit *mskData() const { return m_mskData; }
     ui::MaskedDateEdit *mskDataValuta() const { return m_mskDataValuta; }
-    QLineEdit *txtdesTipo() const { return m_desTipo; }
-    QLineEdit *txtdesStato() const { return m_desStato; }
+    QLineEdit *txtdesTipo() const;
+    QLineEdit *txtdesStato() const;
     QLabel *lblTotale() const { return m_lblTotale; }
     QLabel *lblPrinter() const { return m_lblPrinter; }
     QToolButton *command(const QString &objectName) const;
@@ -136,8 +138,8 @@ private:
     std::array<ui::CodeLineEdit *, 16> m_txtTestata{};
     ui::MaskedDateEdit *m_mskData = nullptr;
     ui::MaskedDateEdit *m_mskDataValuta = nullptr;
-    QLineEdit *m_desTipo = nullptr;
-    QLineEdit *m_desStato = nullptr;
+    ui::CodeLineEdit *m_desTipo = nullptr;
+    ui::CodeLineEdit *m_desStato = nullptr;
     QLabel *m_lblTotale = nullptr;
     QLabel *m_lblPrinter = nullptr;
     bool m_printerAfterFirstPaint = false;

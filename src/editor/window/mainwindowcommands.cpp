@@ -11,17 +11,16 @@
 #include "lists/usersettings.h"
 #include "startup/errortrap.h"
 #include "ui/codelineedit.h"
+#include "ui/documentwindow.h"
 #include "ui/icons.h"
 #include "ui/lookupdialog.h"
 #include "ui/maskeddateedit.h"
 
 #include <QCoreApplication>
-#include <QDesktopServices>
 #include <QDir>
 #include <QFileInfo>
 #include <QMessageBox>
 #include <QToolButton>
-#include <QUrl>
 
 namespace pg::editor {
 
@@ -129,17 +128,29 @@ void MainWindow::cmdOptions_Click()
     });
 }
 
+QString MainWindow::manualPath()
+{
+    // Beside the program (the build tree, Windows), or among the shared data of an installed
+    // package (/usr/bin/pagamenti -> /usr/share/pagamenti/manual).
+    const QString dir = QCoreApplication::applicationDirPath();
+    const QString beside = dir + QStringLiteral("/manual/index.html");
+    const QString shared =
+        QDir::cleanPath(dir + QStringLiteral("/../share/pagamenti/manual/index.html"));
+    return QFileInfo::exists(beside) || !QFileInfo::exists(shared) ? beside : shared;
+}
+
 void MainWindow::cmbHelp_Click()
 {
     underTrap(DistintaEditor::location("cmbHelp_Click"), [this] {
-        const QString manual =
-            QCoreApplication::applicationDirPath() + QStringLiteral("/manual/index.html");
+        const QString manual = manualPath();
         if (!QFileInfo::exists(manual)) {
             msgBox(QStringLiteral("Manuale non trovato: ") + QDir::toNativeSeparators(manual),
                    Buttons::Ok, Icon::Exclamation);
             return;
         }
-        QDesktopServices::openUrl(QUrl::fromLocalFile(manual));
+        // In the system's browser, or in a window of the program where there is none.
+        ui::DocumentWindow::open(manual, ui::DocumentWindow::Kind::Html,
+                                 QStringLiteral("Manuale di Pagamenti"), this);
     });
 }
 

@@ -2,9 +2,10 @@
 
 #include "archives/store/archivenumbers.h"
 #include "archives/store/erprecord.h"
+#include "archives/store/libraryrecordmanager.h"
 #include "core/prompter.h"
-#include "localdb/localdatabase.h"
 #include "lists/usersettings.h"
+#include "localdb/localdatabase.h"
 #include "startup/companyenvironment.h"
 #include "startup/errortrap.h"
 
@@ -19,6 +20,8 @@ qint32 &sessionHandle()
 }
 
 const QString Errore = QStringLiteral("ERRORE");
+// The run-time's "Error in loading DLL".
+constexpr qint32 ErrorLoadingDll = 48;
 
 } // namespace
 
@@ -97,6 +100,11 @@ bool MainWindowLoad::InitErpLibraries(qint32 handle)
             m_manager = m_factory();
         if (!m_manager)
             return false;
+        // The suite's library that could not be loaded is the library call itself failing:
+        // its path and the loader's reason become the error's description.
+        const auto *library = dynamic_cast<const archives::LibraryRecordManager *>(m_manager.get());
+        if (library && !library->isLoaded())
+            throw AppError(ErrorLoadingDll, library->errorString());
         return m_manager->VBInit(handle) != 0;
     } catch (const ProcessEnded &) {
         throw;

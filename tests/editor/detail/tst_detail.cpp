@@ -4,6 +4,7 @@
 #include "editor/detail/detailaccount.h"
 #include "editor/detail/detaildialog.h"
 #include "editor/detail/detaildueitem.h"
+#include "ui/codelineedit.h"
 
 #include <QGroupBox>
 #include <QLineEdit>
@@ -191,6 +192,15 @@ void TestDetail::windows()
              item.layout().fields(QStringLiteral("*")).size());
     for (QLineEdit *box : dueItem.findChildren<QLineEdit *>())
         QVERIFY(box->isReadOnly());
+
+    // Each window fits a 1024x768 screen and shows its values whole (an IBAN, an address).
+    for (DetailDialog *dialog : {&account, &dueItem}) {
+        dialog->show();
+        QVERIFY(QTest::qWaitForWindowExposed(dialog));
+        QVERIFY(dialog->height() <= 768 && dialog->width() <= 1024);
+        for (QLineEdit *box : dialog->findChildren<QLineEdit *>())
+            QVERIFY2(box->width() >= ui::widthToShow(box, box->text()), qPrintable(box->text()));
+    }
 }
 
 QTEST_MAIN(TestDetail)

@@ -49,6 +49,7 @@ private slots:
     void formats();
     void modelPassesTheTester();
     void columnsFollowTheSettings();
+    void columnLayoutRoundTrip();
     void accountsAreReadOncePerAccount();
     void sorting();
     void residualAmountLimits();
@@ -205,6 +206,38 @@ void TestRowList::columnsFollowTheSettings()
             twipsToPixels(1250));
 }
 
+void TestRowList::columnLayoutRoundTrip()
+{
+    distinta::Distinta d = distintaOf({row(1), row(2)});
+    UserSettings settings;
+    RowListView view;
+    view.setSession(&m_inst->erp());
+    view.LV_InizializzaLista(settings);
+    view.setDistinta(&d);
+    // The clerk drags "Ragione Sociale" to the front and widens "Codice".
+    QHeaderView *header = view.horizontalHeader();
+    const RowListModel &model = *view.rowModel();
+    const int name = model.columnOfField(QStringLiteral("ragsoc"));
+    const int code = model.columnOfField(QStringLiteral("cod_clifor"));
+    header->moveSection(header->visualIndex(name), 1);
+    view.setColumnWidth(code, 300);
+    settings.columnLayout = view.columnLayout();
+    QVERIFY(settings.columnLayout.startsWith(QStringLiteral("ragsoc=")));
+    QVERIFY(settings.columnLayout.contains(QStringLiteral("cod_clifor=300")));
+
+    // The next start's list comes back so, refilled as often as it may be.
+    RowListView again;
+    again.setSession(&m_inst->erp());
+    again.LV_InizializzaLista(settings);
+    again.setDistinta(&d);
+    again.LV_RefreshLista();
+    QCOMPARE(again.columnLayout(), settings.columnLayout);
+    // A column the list no longer shows is passed over; the others keep the saved order.
+    settings.columns.insert(QStringLiteral("Ragione Sociale"), false);
+    again.LV_InizializzaLista(settings);
+    QVERIFY(again.columnLayout().startsWith(QStringLiteral("des_num_doc=")));
+}
+
 void TestRowList::accountsAreReadOncePerAccount()
 {
     test::FaultyRecordManager counting(m_inst->store());
@@ -283,8 +316,9 @@ void TestRowList::residualAmountLimits()
     test::ScriptedPrompter prompter;
     distinta::Distinta d = distintaOf({row(1, QStringLiteral("val_imp_pag_val=29.5")),
                                        row(2, QStringLiteral("val_cambio=2;val_imp_dapag_val=100")),
-                                       row(3, QStringLiteral("flg_ind_dist=P"))});
-    d.righe.acceptChanges({1, 2, 3});
+                                       row(3, QStringLiteral("flg_ind_dist=P")),
+                                       row(4, QStringLiteral("val_imp_dapag_val=-40"))});
+    d.righe.acceptChanges({1, 2, 3, 4});
     RowListModel model;
     model.setSession(&m_inst->erp());
     model.LV_InizializzaLista(configuredColumns(allColumns()));
@@ -330,9 +364,19 @@ void TestRowList::residualAmountLimits()
     QCOMPARE(d.righe.at(1).flg_ind_dist, QString());
     QVERIFY(model.setData(model.index(2, residuo), QStringLiteral("100,00")));
     QCOMPARE(d.righe.at(2).flg_ind_dist, QStringLiteral("P"));
-    // Text that is not a number changes nothing.
-    QVERIFY(!model.setData(model.index(2, residuo), QStringLiteral("dieci")));
-    QCOMPARE(prompter.texts().size(), 1);
+    // Text that is not an amount, nothing to pay, or a transfer the wrong way: refused with a
+    // message, nothing changed.
+    const Riga before = d.righe.at(2);
+    for (const char *typed : {"dieci", "1,000.5", "0", "-5"})
+        QVERIFY2(!model.setData(model.index(2, residuo), QString::fromLatin1(typed)), typed);
+    QCOMPARE(d.righe.at(2), before);
+    QCOMPARE(prompter.texts().size(), 5);
+    QVERIFY(prompter.texts().at(2).startsWith(QStringLiteral("Importo non valido")));
+    QCOMPARE(prompter.texts().at(4), RowListRules::residuoNonPagabile(100));
+    // A credit note keeps its negative amount.
+    QVERIFY(!model.setData(model.index(3, residuo), QStringLiteral("40")));
+    QCOMPARE(prompter.texts().size(), 6);
+    QVERIFY(model.setData(model.index(3, residuo), QStringLiteral("-40")));
 }
 
 void TestRowList::clickRules_data()

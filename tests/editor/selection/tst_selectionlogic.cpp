@@ -178,8 +178,12 @@ void TestSelectionLogic::confirmChecksInOrder_data()
     using L = SelectionLogic;
     row("everything wrong: amounts first", {"1.000", "500", "01/12/2026", "30/11/2026", "", ""},
         "Importi non coerenti", L::ImpMinimo);
-    row("amount not a number", {"", "abc", "", "", "03069", "01600"}, "Importi non coerenti",
+    row("amount not a number", {"", "abc", "", "", "03069", "01600"},
+        "Importo non valido: \"abc\".\r\nScrivere l'importo con la virgola per i decimali e, "
+        "se si vuole, il punto per le migliaia (per esempio 1.234,56).",
         L::ImpMassimo);
+    row("grouped maximum with decimals", {"1.000,60", "1.000,50", "", "", "03069", "01600"},
+        "Importi non coerenti", L::ImpMinimo);
     row("dates wrong, no bank", {"500", "1.000", "01/12/2026", "30/11/2026", "", ""},
         "Date non coerenti", L::DataScadDa);
     row("no bank", {"", "", "30/11/2026", "30/11/2026", "", "01600"}, "Banca obbligatoria!",

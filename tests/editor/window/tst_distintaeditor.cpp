@@ -385,6 +385,12 @@ void TestDistintaEditor::closing()
 
     m_view.dates[1] = QStringLiteral("01/03/2024");
     QVERIFY(m_editor->headerKeyPress());
+    // Escape on the question (or closing its window) withdraws the closing: the changes stay.
+    prompter.clear();
+    prompter.script({Answer::Cancel});
+    QVERIFY(!m_editor->Form_QueryUnload());
+    QVERIFY(prompter.shown().first().escapeCancels);
+    QVERIFY(m_editor->hasUnsavedChanges());
     prompter.clear();
     prompter.script({Answer::No});
     QVERIFY(m_editor->Form_QueryUnload());

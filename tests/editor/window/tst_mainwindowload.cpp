@@ -3,7 +3,7 @@
 
 #include "archives/store/archivenumbers.h"
 #include "archives/store/erprecord.h"
-#include "core/apperror.h"
+#include "archives/store/recordmanagerfactory.h"
 #include "editor/window/mainwindowload.h"
 #include "lists/usersettings.h"
 #include "startup/companyenvironment.h"
@@ -182,20 +182,24 @@ void TestMainWindowLoad::librariesThatDoNotStart()
         QCOMPARE(prompter.shown().first().title, QStringLiteral("ERRORE"));
     }
     {
-        // The library itself failing to load raises its own message first.
+        // The suite's library that does not load, through the program's own factory: its own
+        // message first, with the library's path and the loader's reason.
+        const QString missing = QStringLiteral("/nessuna/cartella/tqzdbm32");
+        qputenv("PAGAMENTI_RECORD_MANAGER", missing.toLocal8Bit());
         test::ScriptedPrompter prompter;
-        MainWindowLoad load(
-            []() -> std::unique_ptr<archives::RecordManager> {
-                throw AppError(53, QStringLiteral("File not found: VBINIT32.DLL"));
-            },
-            m_printers);
+        MainWindowLoad load([] { return archives::createRecordManager(); }, m_printers);
         QCOMPARE(load.Load(7), Outcome::Unload);
-        QCOMPARE(
-            prompter.texts(),
-            (QStringList{QStringLiteral("Errore in inizializzazione della VBINIT32.DLL.\rCodice "
-                                        "di errore File not found: VBINIT32.DLL"),
-                         cannot}));
-        load.Unload(); // nothing to close without a record manager
+        qunsetenv("PAGAMENTI_RECORD_MANAGER");
+        QCOMPARE(prompter.texts().size(), 2);
+        const QString first = prompter.texts().first();
+        QVERIFY2(first.startsWith(QStringLiteral("Errore in inizializzazione della VBINIT32.DLL."
+                                                 "\rCodice di errore Impossibile caricare la "
+                                                 "libreria del gestore archivi ") +
+                                  missing + QStringLiteral(": ")),
+                 qPrintable(first));
+        QVERIFY(first.size() > first.indexOf(missing) + missing.size() + 2); // the reason
+        QCOMPARE(prompter.texts().last(), cannot);
+        load.Unload();
     }
 }
 
