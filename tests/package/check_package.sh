@@ -25,7 +25,7 @@ root=$work/root
 info=$(dpkg-deb --info "$deb")
 grep -q '^ Package: pagamenti$' <<<"$info" || fail "package name"
 depends=$(sed -n 's/^ Depends: //p' <<<"$info")
-for needed in libqt6widgets6 libqt6sql6 libqt6sql6-sqlite qt6-translations-l10n libqt6printsupport6 libqt6svg6; do
+for needed in libqt6widgets6 libqt6sql6 libqt6sql6-sqlite libqt6sql6-psql libpq5 qt6-translations-l10n libqt6printsupport6 libqt6svg6; do
     grep -q "$needed" <<<"$depends" || fail "Depends lacks $needed: $depends"
 done
 
