@@ -25,9 +25,11 @@ root=$work/root
 info=$(dpkg-deb --info "$deb")
 grep -q '^ Package: pagamenti$' <<<"$info" || fail "package name"
 depends=$(sed -n 's/^ Depends: //p' <<<"$info")
-for needed in libqt6widgets6 libqt6sql6 libqt6sql6-sqlite libqt6sql6-psql libpq5 qt6-translations-l10n libqt6printsupport6 libqt6svg6; do
+for needed in libqt6widgets6 libqt6sql6 libqt6sql6-sqlite libpq5 qt6-translations-l10n libqt6printsupport6 libqt6svg6; do
     grep -q "$needed" <<<"$depends" || fail "Depends lacks $needed: $depends"
 done
+# The PostgreSQL driver, for the offices whose companies are on a server.
+grep -q '^ Recommends: .*libqt6sql6-psql' <<<"$info" || fail "Recommends lacks libqt6sql6-psql"
 
 dpkg -x "$deb" "$root"
 lib=$(find "$root/usr/lib" -name libtqzdbm32.so -path '*/pagamenti/*' | head -n 1)
