@@ -35,7 +35,8 @@ public:
 
 // The main window as the distinta editor sees it, without a window: the selection already
 // confirmed from the options, the walk over the due items without a progress window, and
-// nothing to show.
+// nothing to show. A walk stopped by an archive that cannot be read adds nothing: there is no
+// clerk to judge a partial selection.
 class CommandLineView : public editor::DistintaView
 {
 public:
@@ -68,8 +69,11 @@ public:
         editor::DueItemLoader loader(
             m_erp, editor::selectionValues(), currentSettings().desPag,
             editor::DueItemCausali::load(editor::DueItemCausali::defaultPath()));
-        loader.cmdGenera_Click(d);
+        loader.setOnReadError(editor::DueItemLoader::OnReadError::Refuse);
+        m_readFailed = loader.cmdGenera_Click(d).readError != 0;
     }
+    // Whether the walk stopped at a read that failed.
+    bool readFailed() const { return m_readFailed; }
     std::optional<QString> chooseDistinta() override { return std::nullopt; }
     QString lookupBanksAndAgencies() override { return {}; }
     void showDueItemDetail(const archives::ErpRecord &) override {}
@@ -77,6 +81,7 @@ public:
 
 private:
     archives::ErpSession &m_erp;
+    bool m_readFailed = false;
 };
 
 // "ABI/CAB" into the two boxes of a bank and its agency.
@@ -168,7 +173,8 @@ int runNew(CommandContext &context)
     // "Nuova distinta" with the confirmed selection, then the save.
     CommandLineView view(erp);
     editor::DistintaEditor editor(*load.store(), &erp, view);
-    if (!editor.btnGestione_ClickED(editor::DistintaEditor::Nuova) || !editor.hasDistinta())
+    if (!editor.btnGestione_ClickED(editor::DistintaEditor::Nuova) || !editor.hasDistinta() ||
+        view.readFailed())
         return ExitFailure;
     if (!load.store()->Salva(editor.distinta(), false, false))
         return ExitFailure;

@@ -1,6 +1,7 @@
 #include "archivetextfile.h"
 
 #include "archives/store/archiveerror.h"
+#include "archives/store/archiveerrortext.h"
 #include "archives/store/archivenumbers.h"
 #include "archives/store/archivewriter.h"
 #include "archivetext.h"
@@ -94,25 +95,31 @@ bool ArchiveTextFile::dump(ErpSession &session, int archive, int key, QTextStrea
                      .arg(keys.join(QStringLiteral(", ")));
         return false;
     }
+    const QString described = archiveDescription(session.manager(), archive);
     if (const qint32 code = session.open(archive, ReadOnly); code != Ok) {
-        *error =
-            QStringLiteral("Impossibile aprire l'archivio %1 (errore %2).").arg(archive).arg(code);
+        *error = QStringLiteral("Impossibile aprire l'%1: %2.").arg(described, archiveErrorText(code));
         return false;
     }
     ErpRecord record(archive);
+    qint64 written = 0;
     bool ok = session.readFirst(record, key, QByteArray());
     while (ok) {
         record.setRecordType(ArchiveText::recordTypeOf(archive, record.buffer()));
         out << ArchiveText::format(record) << '\n';
+        ++written;
         ok = session.readNext(record);
     }
     const qint32 last = session.lastError();
     session.close(archive);
     out.flush();
+    // The end of the archive ends the dump; any other failure cuts it short, and the lines
+    // written are only part of the archive.
     if (last != EndOfArchive && last != NotFound) {
-        *error = QStringLiteral("Lettura dell'archivio %1 interrotta (errore %2).")
-                     .arg(archive)
-                     .arg(last);
+        *error = QStringLiteral("Lettura dell'%1 interrotta dopo %2 record: %3. Le righe scritte "
+                                "sono solo una parte dell'archivio.")
+                     .arg(described)
+                     .arg(written)
+                     .arg(archiveErrorText(last));
         return false;
     }
     return true;

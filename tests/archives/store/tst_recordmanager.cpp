@@ -108,6 +108,7 @@ private slots:
     void rewriteRefusals_data();
     void rewriteRefusals();
     void rewriteDuringAWalk();
+    void damagedPageIsNotTheEnd();
     void rewriteMovingKey1();
 
 private:
@@ -573,6 +574,50 @@ void TestRecordManager::rewriteMovingKey1()
     QByteArray byNewKey = withKey(Scadenze, 1, dueItems().keyOf(moved.buffer(), 1));
     QCOMPARE(outcome(m_rm->LetturaEqRec32(Session, Scadenze, 1, byNewKey)), qint32(Ok));
     QCOMPARE(byNewKey, moved.buffer());
+}
+
+void TestRecordManager::damagedPageIsNotTheEnd()
+{
+    // Enough due items for many pages, then garbage over pages in the middle of the file.
+    ArchiveFixture fx;
+    QList<std::pair<int, QByteArray>> records;
+    const int count = 3000;
+    for (int i = 0; i < count; ++i)
+        records.append({Scadenze, test::dueItem(QString::number(i), QStringLiteral("F"),
+                                                QStringLiteral("%1").arg(i, 13, 10, QChar(u'0')),
+                                                QStringLiteral("20240110"),
+                                                QStringLiteral("F000010"))});
+    QCOMPARE(fx.load(records), QString());
+    QFile store(fx.companyStore());
+    QVERIFY(store.open(QIODevice::ReadWrite));
+    QVERIFY(store.seek(store.size() / 2 / 4096 * 4096));
+    store.write(QByteArray(16 * 4096, '\x5a'));
+    store.close();
+
+    // The record manager of the test, on these archives (the library finds them through the
+    // suite's ini files).
+    QFETCH_GLOBAL(int, implementation);
+    m_rm->VBEnd(Session);
+    fx.writeIniFiles();
+    if (implementation == Embedded)
+        m_rm = std::make_unique<EmbeddedArchiveStore>(fx.companyDir(), fx.commonDir());
+    else
+        m_rm = std::make_unique<LibraryRecordManager>(
+            QStringLiteral(PAGAMENTI_BINARY_DIR "/bin/tqzdbm32"));
+    QVERIFY(m_rm->VBInit(Session) != 0);
+    open(Session, Scadenze, ReadOnly);
+    QByteArray record;
+    int read = 0;
+    qint32 code = outcome(m_rm->LetturaFirstRec32(Session, Scadenze, 1, record, QByteArray()));
+    while (code == Ok) {
+        ++read;
+        code = outcome(m_rm->LetturaNextRec32(Session, Scadenze, record));
+    }
+    // The walk stops at the damage and says so: the end of the archive is another code.
+    QCOMPARE(code, qint32(Damaged));
+    QVERIFY(read < count);
+    m_rm->VBEnd(Session);
+    m_rm.reset();
 }
 
 QTEST_GUILESS_MAIN(TestRecordManager)
