@@ -35,8 +35,20 @@ public:
         int found = 0;
         std::optional<ErpRecord> record;
         while (!file.atEnd()) {
-            QByteArray bytes = file.readLine();
+            QByteArray bytes = file.readLine(ArchiveTextFile::MaxLineBytes);
             ++lineNumber;
+            // A line cut by the limit, not by its end: the rest is skipped unread, so that
+            // memory stays bounded whatever the file holds.
+            if (!bytes.endsWith('\n') && !file.atEnd()) {
+                while (!file.atEnd() && !file.readLine(ArchiveTextFile::MaxLineBytes).endsWith('\n')) {
+                }
+                if (++found <= ArchiveTextFile::MaxProblems)
+                    problems->append(
+                        describe(lineNumber, {{}, QStringLiteral("riga troppo lunga: più di %1 "
+                                                                 "caratteri")
+                                                      .arg(ArchiveTextFile::MaxLineBytes)}));
+                continue;
+            }
             if (lineNumber == 1 && bytes.startsWith("\xEF\xBB\xBF"))
                 bytes.remove(0, 3);
             while (bytes.endsWith('\n') || bytes.endsWith('\r'))

@@ -127,10 +127,12 @@ void TestRecordManager::initTestCase()
 {
     QVERIFY(m_template.isValid());
     QList<std::pair<int, QByteArray>> records;
-    for (char name = 'A'; name <= 'F'; ++name)
+    for (char name = 'A'; name <= 'E'; ++name)
         records.append({Scadenze, item(name)});
     records.append({TabelleComuni, test::bankAgency()});
     QCOMPARE(m_template.load(records), QString());
+    // F shares key 2 with D: the load refuses that, a store may still hold it.
+    QVERIFY(m_template.insertAsIs(Scadenze, item('F')));
 }
 
 void TestRecordManager::initTestCase_data()
