@@ -120,8 +120,20 @@ int runNew(CommandContext &context)
         return context.usageError(
             QStringLiteral("Argomento inatteso: %1").arg(args.positional().first()));
     qint64 type = SelectionLogic::TuttiIPagamentiIndex;
-    if (!args.number(QStringLiteral("--type"), 0, 9, &type, &error))
+    qint64 account = 0;
+    // Account codes are the suite's six digits.
+    if (!args.number(QStringLiteral("--type"), 0, 9, &type, &error) ||
+        !args.number(QStringLiteral("--account-from"), 0, 999999, &account, &error) ||
+        !args.number(QStringLiteral("--account-to"), 0, 999999, &account, &error))
         return context.usageError(error);
+    for (const QString &option : {QStringLiteral("--min"), QStringLiteral("--max")}) {
+        double amount = 0;
+        if (args.has(option) && !SelectionLogic::readAmount(args.value(option), &amount))
+            return context.usageError(
+                QStringLiteral("Valore non valido per %1: \"%2\" (serve un importo da 0 a %3).")
+                    .arg(option, args.value(option))
+                    .arg(qint64(editor::SelectionValues::MaxImporto)));
+    }
 
     pGetSettings();
     if (!openLocalDatabase())

@@ -12,6 +12,8 @@
 #include "distinta/programvalues.h"
 #include "startup/errortrap.h"
 
+#include <cmath>
+
 namespace pg::editor {
 
 using archives::ErpRecord;
@@ -407,7 +409,17 @@ bool SelectionLogic::amountOf(Box box, double defaultValue, double *value)
         *value = defaultValue;
         return true;
     }
-    return vb::toNumber(typed, value);
+    return readAmount(typed, value);
+}
+
+bool SelectionLogic::readAmount(QString typed, double *value)
+{
+    typed.remove(u'.');
+    double v = 0;
+    if (!vb::toNumber(typed, &v) || !std::isfinite(v) || v < 0 || v > SelectionValues::MaxImporto)
+        return false;
+    *value = v;
+    return true;
 }
 
 bool SelectionLogic::cmdGenera()

@@ -180,6 +180,11 @@ void TestSelectionLogic::confirmChecksInOrder_data()
         "Importi non coerenti", L::ImpMinimo);
     row("amount not a number", {"", "abc", "", "", "03069", "01600"}, "Importi non coerenti",
         L::ImpMassimo);
+    // Beyond any amount (it would overflow the cents the filter compares) or below zero.
+    row("minimum beyond any amount", {"1e308", "", "", "", "03069", "01600"},
+        "Importi non coerenti", L::ImpMinimo);
+    row("negative maximum", {"", "-1", "", "", "03069", "01600"}, "Importi non coerenti",
+        L::ImpMassimo);
     row("dates wrong, no bank", {"500", "1.000", "01/12/2026", "30/11/2026", "", ""},
         "Date non coerenti", L::DataScadDa);
     row("no bank", {"", "", "30/11/2026", "30/11/2026", "", "01600"}, "Banca obbligatoria!",
