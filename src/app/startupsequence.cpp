@@ -1,6 +1,10 @@
 #include "startupsequence.h"
 
+#include "archives/store/archivenumbers.h"
+#include "archives/store/companyarchives.h"
 #include "core/prompter.h"
+#include "editor/window/mainwindowload.h"
+#include "localdb/databasefilecheck.h"
 #include "localdb/localdatabase.h"
 #include "startup/paths.h"
 
@@ -19,7 +23,11 @@ StartupSequence::Steps StartupSequence::programSteps()
     steps.applicationDirPath = [] { return QCoreApplication::applicationDirPath(); };
     steps.directoryExists = [](const QString &path) { return QFileInfo(path).isDir(); };
     steps.fileExists = [](const QString &path) { return paths::fileExists(path); };
+    steps.companyArchivesProblem = [](const QString &dir) {
+        return archives::companyArchivesProblem(dir);
+    };
     steps.createDatabase = &localdb::CreateDatabaseFromSchema;
+    steps.databaseFileProblem = &localdb::localDatabaseFileProblem;
     steps.generateSchemaFile = &localdb::GenerateSchemaFile;
     steps.checkDatabaseVersion = &localdb::CheckDatabaseVersion;
     return steps;
@@ -64,9 +72,24 @@ void StartupSequence::run(const QStringList &arguments)
     }
 
     const QString database = environment.CompanyArchiveDir + localdb::FileName;
-    if (!m_steps.fileExists(database) &&
-        !m_steps.createDatabase(environment.CompanyArchiveDir, localdb::FileName))
+    if (!m_steps.fileExists(database)) {
+        // Nothing is created in a directory that does not hold the company's archives: the
+        // parpe file may name the wrong one.
+        const QString problem = m_steps.companyArchivesProblem(environment.CompanyArchiveDir);
+        if (!problem.isEmpty()) {
+            msgBox(editor::MainWindowLoad::openFailureMessage(archives::Scadenze, problem),
+                   Buttons::Ok, Icon::None, QStringLiteral("ERRORE"));
+            endProcess(1);
+        }
+        if (!m_steps.createDatabase(environment.CompanyArchiveDir, localdb::FileName))
+            endProcess(1);
+    }
+    // A file that is not the program's database is never written into, and a damaged one is
+    // named before anything is read from it.
+    if (const QString problem = m_steps.databaseFileProblem(database); !problem.isEmpty()) {
+        msgBox(problem, Buttons::Ok, Icon::Critical, QStringLiteral("ERRORE"));
         endProcess(1);
+    }
 
     if (m_steps.directoryExists(developmentTreeProbe(m_steps.applicationDirPath())))
         m_steps.generateSchemaFile(environment.CompanyArchiveDir, localdb::FileName);

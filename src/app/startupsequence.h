@@ -10,8 +10,9 @@ namespace pg::app {
 
 // The start-up of the program up to its windows, in its fixed order: the command line, the
 // single running copy, the company environment, the program directory, a current company,
-// the local database (found or created), the schema file regenerated inside the development
-// tree, the database version. The first step that fails ends the process.
+// the local database (found, or created once the company's archives are found where the
+// parpe file says; checked to be the program's own and undamaged), the schema file
+// regenerated inside the development tree, the database version. The first step that fails ends the process.
 class StartupSequence
 {
 public:
@@ -28,7 +29,13 @@ public:
         std::function<QString()> applicationDirPath;
         std::function<bool(const QString &path)> directoryExists;
         std::function<bool(const QString &path)> fileExists;
+        // Why the company's archive directory does not hold the suite's archives; empty
+        // when it does.
+        std::function<QString(const QString &companyArchiveDir)> companyArchivesProblem;
         std::function<bool(const QString &directory, const QString &fileName)> createDatabase;
+        // Why the database file must not be opened (not the program's database, damaged);
+        // empty when it may.
+        std::function<QString(const QString &fileName)> databaseFileProblem;
         std::function<void(const QString &directory, const QString &fileName)> generateSchemaFile;
         std::function<bool(const QString &fileName)> checkDatabaseVersion;
     };

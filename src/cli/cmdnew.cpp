@@ -6,6 +6,7 @@
 
 #include "commandargs.h"
 #include "commandcontext.h"
+#include "distintasession.h"
 
 #include "archives/store/recordmanagerfactory.h"
 #include "editor/selection/duitemloader.h"
@@ -13,9 +14,6 @@
 #include "editor/window/distintaeditor.h"
 #include "editor/window/mainwindowload.h"
 #include "lists/usersettings.h"
-#include "localdb/localdatabase.h"
-#include "startup/companyenvironment.h"
-#include "startup/paths.h"
 
 namespace pg::cli {
 
@@ -92,16 +90,6 @@ void setBank(SelectionLogic &logic, SelectionLogic::Box bank, SelectionLogic::Bo
     logic.setText(agency, value.section(u'/', 1).trimmed());
 }
 
-// The local database as start-up leaves it: created when missing, at the current version.
-bool openLocalDatabase()
-{
-    const QString database = CompanyArchiveDir() + localdb::FileName;
-    if (!paths::fileExists(database) &&
-        !localdb::CreateDatabaseFromSchema(CompanyArchiveDir(), localdb::FileName))
-        return false;
-    return localdb::CheckDatabaseVersion(database);
-}
-
 } // namespace
 
 int runNew(CommandContext &context)
@@ -136,7 +124,7 @@ int runNew(CommandContext &context)
     }
 
     pGetSettings();
-    if (!openLocalDatabase())
+    if (!DistintaSession::prepareLocalDatabase())
         return ExitFailure;
     NoPrinters printers;
     editor::MainWindowLoad load([] { return archives::createRecordManager(); }, printers);

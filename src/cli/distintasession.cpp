@@ -3,10 +3,13 @@
 #include "commandargs.h"
 #include "commandcontext.h"
 
+#include "archives/store/archivenumbers.h"
+#include "archives/store/companyarchives.h"
 #include "archives/store/recordmanagerfactory.h"
 #include "core/distintacode.h"
 #include "core/prompter.h"
 #include "distinta/distintestore.h"
+#include "localdb/databasefilecheck.h"
 #include "localdb/localdatabase.h"
 #include "startup/companyenvironment.h"
 #include "startup/paths.h"
@@ -65,16 +68,30 @@ std::optional<int> DistintaSession::openFromArguments(CommandContext &context)
     return std::nullopt;
 }
 
+bool DistintaSession::prepareLocalDatabase()
+{
+    const QString database = CompanyArchiveDir() + localdb::FileName;
+    if (!paths::fileExists(database)) {
+        const QString problem = archives::companyArchivesProblem(CompanyArchiveDir());
+        if (!problem.isEmpty()) {
+            msgBox(editor::MainWindowLoad::openFailureMessage(archives::Scadenze, problem),
+                   Buttons::Ok, Icon::Critical, QStringLiteral("ERRORE"));
+            return false;
+        }
+        if (!localdb::CreateDatabaseFromSchema(CompanyArchiveDir(), localdb::FileName))
+            return false;
+    }
+    if (const QString problem = localdb::localDatabaseFileProblem(database); !problem.isEmpty()) {
+        msgBox(problem, Buttons::Ok, Icon::Critical, QStringLiteral("ERRORE"));
+        return false;
+    }
+    return localdb::CheckDatabaseVersion(database);
+}
+
 bool DistintaSession::openCompany()
 {
-    // The local database as start-up leaves it: created when missing, converted when older.
-    const QString database = CompanyArchiveDir() + localdb::FileName;
-    if (!paths::fileExists(database) &&
-        !localdb::CreateDatabaseFromSchema(CompanyArchiveDir(), localdb::FileName))
-        return false;
-    if (!localdb::CheckDatabaseVersion(database))
-        return false;
-    return m_load->Load(CliHandle) == editor::MainWindowLoad::Outcome::Ready;
+    return prepareLocalDatabase() &&
+           m_load->Load(CliHandle) == editor::MainWindowLoad::Outcome::Ready;
 }
 
 bool DistintaSession::open(qint64 number)

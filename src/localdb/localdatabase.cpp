@@ -3,7 +3,9 @@
 #include "localdb/databaseconnection.h"
 #include "localdb/openerror.h"
 #include "localdb/schemacatalog.h"
+#include "localdb/schemacompleteness.h"
 #include "localdb/schemafile.h"
+#include "localdb/shippedschema.h"
 
 #include "core/apperror.h"
 #include "core/prompter.h"
@@ -67,6 +69,7 @@ bool CreateDatabaseFromSchema(const QString &directory, const QString &fileName)
     DatabaseSchema schema;
     try {
         schema = parseSchemaDescription(schemaFile.readAll());
+        requireProgramSchema(schema, parseSchemaDescription(shippedSchemaDescription()));
     } catch (const SchemaError &error) {
         msgBox(error.message());
         return false;
