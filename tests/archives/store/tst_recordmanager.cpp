@@ -5,6 +5,7 @@
 
 #include "archives/store/archiveerror.h"
 #include "archives/store/archivenumbers.h"
+#include "archives/store/busywait.h"
 #include "archives/store/embeddedarchivestore.h"
 #include "archives/store/erprecord.h"
 #include "archives/store/libraryrecordmanager.h"
@@ -12,9 +13,11 @@
 
 #include <QDir>
 #include <QFile>
+#include <QScopeGuard>
 #include <QTest>
 
 #include <memory>
+#include <thread>
 
 using namespace pg;
 using namespace pg::archives;
@@ -109,6 +112,8 @@ private slots:
     void rewriteRefusals();
     void rewriteDuringAWalk();
     void damagedPageIsNotTheEnd();
+    void busyStoreIsWaitedFor_data();
+    void busyStoreIsWaitedFor();
     void rewriteMovingKey1();
 
 private:
@@ -145,6 +150,8 @@ void TestRecordManager::initTestCase_data()
 void TestRecordManager::init()
 {
     QFETCH_GLOBAL(int, implementation);
+    // A store held by another program is waited for this long before a call fails.
+    qputenv("PAGAMENTI_ARCHIVE_WAIT", "0.2");
     m_fx = std::make_unique<ArchiveFixture>();
     QVERIFY(m_fx->isValid());
     m_fx->writeIniFiles();
@@ -620,6 +627,56 @@ void TestRecordManager::damagedPageIsNotTheEnd()
     QVERIFY(read < count);
     m_rm->VBEnd(Session);
     m_rm.reset();
+}
+
+void TestRecordManager::busyStoreIsWaitedFor_data()
+{
+    QTest::addColumn<int>("holdMs");   // how long another program holds the store
+    QTest::addColumn<QByteArray>("wait"); // the longest wait, in seconds
+    QTest::addColumn<bool>("cancel");  // the observer ends the wait at its first notice
+    QTest::addColumn<int>("expected");
+    QTest::newRow("a brief hold is waited out") << 300 << QByteArray("5") << false << int(Ok);
+    QTest::newRow("a hold longer than the wait") << 900 << QByteArray("0.3") << false
+                                                  << int(Locked);
+    QTest::newRow("the wait shown and ended") << 1600 << QByteArray("5") << true << int(Locked);
+}
+
+void TestRecordManager::busyStoreIsWaitedFor()
+{
+    QFETCH_GLOBAL(int, implementation);
+    QFETCH(int, holdMs);
+    QFETCH(QByteArray, wait);
+    QFETCH(bool, cancel);
+    QFETCH(int, expected);
+    if (cancel && implementation == Library)
+        QSKIP("the library keeps its own observer: only the program's stores tell the wait");
+    qputenv("PAGAMENTI_ARCHIVE_WAIT", wait);
+    QList<BusyWait::Notice> notices;
+    BusyWait::setObserver([&](const BusyWait::Notice &notice) {
+        notices << notice;
+        return !cancel;
+    });
+    const auto noObserver = qScopeGuard([] { BusyWait::setObserver({}); });
+
+    open(Session, Scadenze, ReadRewrite);
+    QByteArray record = withKey(Scadenze, 2, "F0000000000001");
+    QCOMPARE(outcome(m_rm->LetturaEqRec32(Session, Scadenze, 2, record)), qint32(Ok));
+    StoreConnection holder(m_fx->companyStore());
+    QVERIFY(holder.exec("BEGIN IMMEDIATE; UPDATE archivio_38 SET record = record"));
+    std::thread release([&holder, holdMs] {
+        std::this_thread::sleep_for(std::chrono::milliseconds(holdMs));
+        holder.exec("ROLLBACK");
+    });
+    const qint32 code = outcome(m_rm->RiscritturaRec32(Session, Scadenze, changed(record)));
+    release.join();
+    QCOMPARE(code, qint32(expected));
+    QCOMPARE(stored('B'), expected == Ok ? changed(item('B')) : item('B'));
+    if (cancel) {
+        QCOMPARE(notices.size(), 1);
+        QVERIFY(notices.first().first);
+        QCOMPARE(notices.first().path, m_fx->companyStore());
+        QCOMPARE(notices.first().limitMs, 5000);
+    }
 }
 
 QTEST_GUILESS_MAIN(TestRecordManager)
