@@ -6,6 +6,7 @@
 
 #include "core/apperror.h"
 #include "core/distintacode.h"
+#include "core/filewriteerror.h"
 #include "core/prompter.h"
 #include "core/vbdate.h"
 #include "distinta/distintestore.h"
@@ -57,9 +58,7 @@ namespace {
 
 AppError pathError(const QString &path, const QString &reason)
 {
-    return AppError(AppError::PathFileAccess, QStringLiteral("Path/File access error: ") +
-                                                  QDir::toNativeSeparators(path) +
-                                                  QStringLiteral(" (") + reason + u')');
+    return AppError(AppError::PathFileAccess, pathFileAccessText(path, reason));
 }
 
 } // namespace
@@ -175,7 +174,7 @@ bool CreaFileCommand::writeFile(distinta::Distinta &d, bool grouped, bool modDes
         return false;
     bonifici.write(file);
     if (!file.commit())
-        throw pathError(m_outputPath, file.errorString());
+        throw pathError(m_outputPath, fileWriteProblem(file, file.size()));
     return true;
 }
 
@@ -230,7 +229,7 @@ CreaFileCommand::Outcome CreaFileCommand::writeXml(distinta::Distinta &d, bool g
     if (!grouped && !markDueItems(d.header(), rows))
         return Outcome::Failed;
     if (file.write(document) != document.size() || !file.commit())
-        throw pathError(m_outputPath, file.errorString());
+        throw pathError(m_outputPath, fileWriteProblem(file, document.size()));
     return Outcome::Written;
 }
 
