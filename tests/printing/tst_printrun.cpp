@@ -127,6 +127,7 @@ private slots:
     void rowsDrawnStraightReadAsTheEngine_data();
     void rowsDrawnStraightReadAsTheEngine();
     void wrappedRowsStayWhole();
+    void stoppedPrintLeavesNothing();
 
 private:
     void setState(distinta::Distinta &d, const QString &state);
@@ -366,6 +367,26 @@ void TestPrintRun::wrappedRowsStayWhole()
         }
         QCOMPARE(found, (QList<int>{found.value(0), found.value(0)}));
     }
+    QVERIFY(prompter.shown().isEmpty());
+}
+
+void TestPrintRun::stoppedPrintLeavesNothing()
+{
+    test::ScriptedPrompter prompter;
+    QTemporaryDir out;
+    const QString path = out.filePath(QStringLiteral("fermata.pdf"));
+    QList<int> told;
+    int pages = 0;
+    const QList<QStringList> printed =
+        printedWords(rowsData(160, false), true, path, [&](int page, int of) {
+            told << page;
+            pages = of;
+            return page < 2;
+        });
+    QVERIFY(printed.isEmpty());
+    QCOMPARE(told, (QList<int>{1, 2}));
+    QVERIFY(pages > 2);
+    QVERIFY(!QFile::exists(path));
     QVERIFY(prompter.shown().isEmpty());
 }
 
