@@ -24,7 +24,6 @@
 using namespace pg;
 using namespace pg::distinta;
 using bench::installationRecords;
-using bench::rowFor;
 using bench::SilentPrompter;
 
 namespace {
@@ -57,15 +56,10 @@ int main(int argc, char **argv)
     store.setPStrFilespec(inst.databasePath());
     store.setPStrConn(DistinteStore::connectionStringFor(inst.databasePath()));
 
-    Distinta d;
-    store.Nuovo(d);
-    d.editHeader().cod_abi_banca = QStringLiteral("02008");
-    d.editHeader().cod_cab_banca = QStringLiteral("01600");
-    for (int n = 1; n <= rows; ++n)
-        d.righe.append(rowFor(n, d.header().cod_distinta));
-    if (!store.Salva(d, false, false))
+    const QString code = bench::saveDistinta(store, rows);
+    if (code.isEmpty())
         return 1;
-    const QString code = d.header().cod_distinta;
+    Distinta d;
     const QString file = inst.root() + QStringLiteral("CBI.txt");
 
     QList<double> cbi, cbiLimit, check, checkLimit;

@@ -68,15 +68,9 @@ int main(int argc, char **argv)
     DistinteStore store(&inst.erp());
     store.setPStrFilespec(inst.databasePath());
     store.setPStrConn(DistinteStore::connectionStringFor(inst.databasePath()));
-    Distinta d;
-    store.Nuovo(d);
-    d.editHeader().cod_abi_banca = QStringLiteral("02008");
-    d.editHeader().cod_cab_banca = QStringLiteral("01600");
-    for (int n = 1; n <= rows; ++n)
-        d.righe.append(bench::rowFor(n, d.header().cod_distinta));
-    if (!store.Salva(d, false, false))
+    const QString code = bench::saveDistinta(store, rows);
+    if (code.isEmpty())
         return 1;
-    const QString code = d.header().cod_distinta;
     printing::PrintOptions options;
     options.totals = true;
 

@@ -8,6 +8,7 @@
 
 #include "archives/store/archivenumbers.h"
 #include "core/prompter.h"
+#include "distinta/distintestore.h"
 #include "distinta/riga.h"
 
 #include <cstdlib>
@@ -112,6 +113,19 @@ inline Riga rowFor(int n, const QString &code)
     r.val_imp_indist_val = r.val_imp_indist_eur = r.val_imp_dapag_val;
     r.des_scadenza = QStringLiteral("Vs.Fatt. ") + r.des_num_doc;
     return r;
+}
+
+// A new distinta of that many rows (rowFor), saved in the store; its code, empty when the
+// save failed.
+inline QString saveDistinta(distinta::DistinteStore &store, int rows)
+{
+    distinta::Distinta d;
+    store.Nuovo(d);
+    d.editHeader().cod_abi_banca = QStringLiteral("02008");
+    d.editHeader().cod_cab_banca = QStringLiteral("01600");
+    for (int n = 1; n <= rows; ++n)
+        d.righe.append(rowFor(n, d.header().cod_distinta));
+    return store.Salva(d, false, false) ? d.header().cod_distinta : QString();
 }
 
 } // namespace pg::bench

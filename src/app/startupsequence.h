@@ -12,7 +12,8 @@ namespace pg::app {
 // single running copy, the company environment, the program directory, a current company,
 // the local database (found, or created once the company's archives are found where the
 // parpe file says; checked to be the program's own and undamaged), the schema file
-// regenerated inside the development tree, the database version. The first step that fails ends the process.
+// regenerated inside the development tree, the database version. The first step that fails
+// ends the process.
 class StartupSequence
 {
 public:

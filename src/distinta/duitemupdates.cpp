@@ -111,10 +111,10 @@ QList<WriteBackEntry> DueItemUpdates::planMarks(QSqlDatabase &db, const Testata 
     RowCounter counter(db, header.cod_distinta);
     for (const Riga &row : rows)
         if (plan.markRow(row, header, std::ref(counter)) != ErpWriteBack::Read::Found)
-            throw AppError(DistinteStore::ErrSalvaRicerca,
-                           withCause(SearchError + CrLf + QStringLiteral("Scadenza: ") +
-                                     rowItem(row) + u'.'),
-                           QStringLiteral("cmdCreaFile"));
+            throw AppError(
+                DistinteStore::ErrSalvaRicerca,
+                withCause(SearchError + CrLf + QStringLiteral("Scadenza: ") + rowItem(row) + u'.'),
+                QStringLiteral("cmdCreaFile"));
     return plan.entries();
 }
 

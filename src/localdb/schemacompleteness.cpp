@@ -9,10 +9,10 @@ void requireProgramSchema(const DatabaseSchema &file, const DatabaseSchema &prog
     for (const SchemaTable &needed : program.tables) {
         const SchemaTable *table = file.table(needed.name);
         if (!table)
-            throw SchemaError{0,
-                              QStringLiteral("manca la tabella \"%1\": il file è incompleto.")
-                                  .arg(needed.name),
-                              false};
+            throw SchemaError{
+                0,
+                QStringLiteral("manca la tabella \"%1\": il file è incompleto.").arg(needed.name),
+                false};
         for (const SchemaField &field : needed.fields)
             if (!table->field(field.name))
                 throw SchemaError{table->line,
@@ -24,10 +24,9 @@ void requireProgramSchema(const DatabaseSchema &file, const DatabaseSchema &prog
     for (const SchemaQuery &needed : program.queries)
         if (std::none_of(file.queries.begin(), file.queries.end(),
                          [&](const SchemaQuery &q) { return sameName(q.name, needed.name); }))
-            throw SchemaError{0,
-                              QStringLiteral("manca la query \"%1\": il file è incompleto.")
-                                  .arg(needed.name),
-                              false};
+            throw SchemaError{
+                0, QStringLiteral("manca la query \"%1\": il file è incompleto.").arg(needed.name),
+                false};
     // A relation is known by the tables it joins: its name may differ (a clash renames it).
     for (const SchemaRelation &needed : program.relations)
         if (std::none_of(file.relations.begin(), file.relations.end(),

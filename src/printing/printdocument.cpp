@@ -125,8 +125,7 @@ void PrintDocument::paintFooter(QPainter &painter, const QRectF &page, qreal foo
     footerFont.setPointSizeF(7.5);
     painter.setFont(footerFont);
     painter.setPen(Qt::black);
-    const QRectF footerBox(0, page.height() - footerHeight * 0.8, page.width(),
-                           footerHeight * 0.8);
+    const QRectF footerBox(0, page.height() - footerHeight * 0.8, page.width(), footerHeight * 0.8);
     const QString pageText = QStringLiteral("Pagina %1 di %2").arg(index + 1).arg(pages);
     painter.drawText(footerBox, Qt::AlignLeft | Qt::AlignBottom, m_footer);
     painter.drawText(footerBox, Qt::AlignRight | Qt::AlignBottom, pageText);

@@ -81,8 +81,8 @@ void TestCmdNew::refusals_data()
     QTest::newRow("negative amount") << options("--bank BANK --max -1") << 2 << "--max";
     QTest::newRow("account code of seven digits")
         << options("--bank BANK --account-from 1234567") << 2 << "--account-from";
-    QTest::newRow("account code with letters") << options("--bank BANK --account-to 40000A") << 2
-                                               << "--account-to";
+    QTest::newRow("account code with letters")
+        << options("--bank BANK --account-to 40000A") << 2 << "--account-to";
     QTest::newRow("dates") << options("--bank BANK --due-from 01/12/2026 --due-to 30/11/2026") << 1
                            << "Date non coerenti";
     QTest::newRow("not a date") << options("--bank BANK --due-to 31/02/2026") << 1

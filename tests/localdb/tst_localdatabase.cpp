@@ -617,11 +617,15 @@ void TestLocalDatabase::databaseFileChecked_data()
     QTest::addColumn<QString>("file"); // what is in the database's place
     QTest::addColumn<QString>("problem");
     QTest::newRow("the program's database") << "database" << QString();
-    QTest::newRow("empty file") << "empty" << "è vuoto: non è un database di Pagamenti";
-    QTest::newRow("text file") << "text" << "non è un database di Pagamenti e non viene modificato";
+    QTest::newRow("empty file") << "empty"
+                                << "è vuoto: non è un database di Pagamenti";
+    QTest::newRow("text file") << "text"
+                               << "non è un database di Pagamenti e non viene modificato";
     QTest::newRow("another program's database")
-        << "foreign" << "non è un database di Pagamenti (manca la tabella _tblSys_EnvVar)";
-    QTest::newRow("pages overwritten") << "damaged" << "è danneggiato e non può essere usato";
+        << "foreign"
+        << "non è un database di Pagamenti (manca la tabella _tblSys_EnvVar)";
+    QTest::newRow("pages overwritten") << "damaged"
+                                       << "è danneggiato e non può essere usato";
 }
 
 void TestLocalDatabase::databaseFileChecked()

@@ -362,7 +362,8 @@ void TestPrintRun::wrappedRowsStayWhole()
             const qsizetype at = pages.at(p).indexOf(document);
             if (at >= 0)
                 found << p;
-            if (at >= 0 && pages.at(p).mid(at).join(u' ').contains(QStringLiteral("Savio n. %1 ").arg(i)))
+            if (at >= 0 &&
+                pages.at(p).mid(at).join(u' ').contains(QStringLiteral("Savio n. %1 ").arg(i)))
                 found << p;
         }
         QCOMPARE(found, (QList<int>{found.value(0), found.value(0)}));

@@ -114,9 +114,11 @@ void TestCompanyEnvironment::missingParpeTellsTheCause_data()
     QTest::addColumn<QString>("code");
     QTest::addColumn<QString>("cause");
     const QByteArray dir = "Dir orvida=ROOT/erp\r\n";
-    QTest::newRow("no ORVIDA.INI") << QByteArray() << QString() << "Il file ROOT/ini/ORVIDA.INI non esiste.";
-    QTest::newRow("empty ORVIDA.INI") << QByteArray("") << QString()
-                                      << "Nel file ROOT/ini/ORVIDA.INI manca la sezione [AMBIENTE].";
+    QTest::newRow("no ORVIDA.INI")
+        << QByteArray() << QString() << "Il file ROOT/ini/ORVIDA.INI non esiste.";
+    QTest::newRow("empty ORVIDA.INI")
+        << QByteArray("") << QString()
+        << "Nel file ROOT/ini/ORVIDA.INI manca la sezione [AMBIENTE].";
     QTest::newRow("junk") << QByteArray("\x01\xff\xfe garbage = \r\n[[[") << QString()
                           << "Nel file ROOT/ini/ORVIDA.INI manca la sezione [AMBIENTE].";
     QTest::newRow("no company code") << "[AMBIENTE]\r\n" + dir << QString()
@@ -124,9 +126,11 @@ void TestCompanyEnvironment::missingParpeTellsTheCause_data()
                                         "Azienda\" della sezione [AMBIENTE].";
     QTest::newRow("directory cut at 39 characters")
         << "[AMBIENTE]\r\nDir orvida=ROOT/" + QByteArray(40, 'd') + "\r\nCodice Azienda=ABC\r\n"
-        << "ABC" << "Il valore \"Dir orvida\" del file ROOT/ini/ORVIDA.INI è lungo";
+        << "ABC"
+        << "Il valore \"Dir orvida\" del file ROOT/ini/ORVIDA.INI è lungo";
     // No company selected in the suite: the parpe file of "..." does not exist.
-    QTest::newRow("no parpe file") << "[AMBIENTE]\r\n" + dir + "Codice Azienda=...\r\n" << "..."
+    QTest::newRow("no parpe file") << "[AMBIENTE]\r\n" + dir + "Codice Azienda=...\r\n"
+                                   << "..."
                                    << "Il file ROOT/erp/D_AZI/...parpe.ini non esiste.";
 }
 

@@ -146,8 +146,8 @@ ArchiveWriter::ArchiveWriter(const QString &companyArchiveDir, const QString &co
         for (qsizetype i = 0; i < unique.size(); ++i) {
             const QByteArray column = StoreFile::keyColumn(unique.at(i));
             sql.remove += " OR " + column + " = ?" + QByteArray::number(i + 2);
-            sql.writtenBefore.append(
-                {unique.at(i), "SELECT 1 FROM " + table + " WHERE " + column + " = ?1 AND id > ?2"});
+            sql.writtenBefore.append({unique.at(i), "SELECT 1 FROM " + table + " WHERE " + column +
+                                                        " = ?1 AND id > ?2"});
         }
         QByteArray values = ") VALUES (?1, ?2";
         sql.insert = "INSERT INTO " + table + " (id, record";
@@ -246,11 +246,12 @@ bool ArchiveWriter::put(int archive, const QByteArray &record, QString *error)
         for (const FieldDef &f : layout->keyFields(repeated))
             names << f.name;
         const QString fields = names.join(QStringLiteral(" e "));
-        return d->fail(error, QStringLiteral("un record con gli stessi %1 (\"%2\") è già in una "
-                                             "riga precedente del file: nell'archivio %3 non "
-                                             "possono esserci due record con gli stessi %1")
-                                  .arg(fields, cp1252::decode(layout->keyOf(record, repeated)).trimmed())
-                                  .arg(archive));
+        return d->fail(error,
+                       QStringLiteral("un record con gli stessi %1 (\"%2\") è già in una "
+                                      "riga precedente del file: nell'archivio %3 non "
+                                      "possono esserci due record con gli stessi %1")
+                           .arg(fields, cp1252::decode(layout->keyOf(record, repeated)).trimmed())
+                           .arg(archive));
     }
 
     QList<QByteArray> uniqueKeys;

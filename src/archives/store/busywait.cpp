@@ -57,8 +57,8 @@ int BusyWait::onBusy(void *self, int attempt)
             return 0;
     }
     // Short sleeps at first (most holds end within milliseconds), then a tenth of a second.
-    const int sleep = std::min({attempt < 10 ? 5 + 5 * attempt : 100,
-                                int(wait->m_limitMs - waited), 100});
+    const int sleep =
+        std::min({attempt < 10 ? 5 + 5 * attempt : 100, int(wait->m_limitMs - waited), 100});
     sqlite3_sleep(std::max(sleep, 1));
     return 1;
 }

@@ -20,10 +20,10 @@ class BusyWait
 public:
     struct Notice
     {
-        QString path;    // the store's file
-        int waitedMs;    // how long this wait has lasted
-        int limitMs;     // how long it lasts at most
-        bool first;      // the first notice of this wait
+        QString path; // the store's file
+        int waitedMs; // how long this wait has lasted
+        int limitMs;  // how long it lasts at most
+        bool first;   // the first notice of this wait
     };
     // Told about four times a second while a wait lasts, on the thread that waits; false ends
     // the wait at once (the call then fails with Locked).

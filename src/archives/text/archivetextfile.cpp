@@ -40,13 +40,15 @@ public:
             // A line cut by the limit, not by its end: the rest is skipped unread, so that
             // memory stays bounded whatever the file holds.
             if (!bytes.endsWith('\n') && !file.atEnd()) {
-                while (!file.atEnd() && !file.readLine(ArchiveTextFile::MaxLineBytes).endsWith('\n')) {
+                while (!file.atEnd() &&
+                       !file.readLine(ArchiveTextFile::MaxLineBytes).endsWith('\n')) {
                 }
                 if (++found <= ArchiveTextFile::MaxProblems)
                     problems->append(
-                        describe(lineNumber, {{}, QStringLiteral("riga troppo lunga: più di %1 "
-                                                                 "caratteri")
-                                                      .arg(ArchiveTextFile::MaxLineBytes)}));
+                        describe(lineNumber, {{},
+                                              QStringLiteral("riga troppo lunga: più di %1 "
+                                                             "caratteri")
+                                                  .arg(ArchiveTextFile::MaxLineBytes)}));
                 continue;
             }
             if (lineNumber == 1 && bytes.startsWith("\xEF\xBB\xBF"))
@@ -109,7 +111,8 @@ bool ArchiveTextFile::dump(ErpSession &session, int archive, int key, QTextStrea
     }
     const QString described = archiveDescription(session.manager(), archive);
     if (const qint32 code = session.open(archive, ReadOnly); code != Ok) {
-        *error = QStringLiteral("Impossibile aprire l'%1: %2.").arg(described, archiveErrorText(code));
+        *error =
+            QStringLiteral("Impossibile aprire l'%1: %2.").arg(described, archiveErrorText(code));
         return false;
     }
     ErpRecord record(archive);

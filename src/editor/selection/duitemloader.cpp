@@ -84,8 +84,9 @@ DueItemLoader::Result DueItemLoader::cmdGenera_Click(distinta::Distinta &d)
 
 QString DueItemLoader::readErrorMessage(const Result &result) const
 {
-    return QStringLiteral("La lettura delle scadenze si è interrotta per un errore nel leggere l'%1: "
-                          "%2.")
+    return QStringLiteral(
+               "La lettura delle scadenze si è interrotta per un errore nel leggere l'%1: "
+               "%2.")
                .arg(archives::archiveDescription(m_erp->manager(), archives::Scadenze),
                     archives::archiveErrorText(result.readError)) +
            QStringLiteral("\r\nScadenze lette: %1; righe trovate fino all'errore: %2. Le "
@@ -102,10 +103,9 @@ bool DueItemLoader::keepRowsAfterReadError(const Result &result) const
                Buttons::Ok, Icon::Critical);
         return false;
     }
-    return msgBox(message +
-                      QStringLiteral("\r\n\r\nAggiungere comunque alla distinta le %1 righe "
-                                     "trovate?")
-                          .arg(result.added),
+    return msgBox(message + QStringLiteral("\r\n\r\nAggiungere comunque alla distinta le %1 righe "
+                                           "trovate?")
+                                .arg(result.added),
                   Buttons::YesNo, Icon::Exclamation) == Answer::Yes;
 }
 

@@ -114,7 +114,8 @@ void TestArchiveWriter::replacesTheRecordWithTheSameKey()
 
     // Two versions of one due item in the same load: which one is right cannot be told, so
     // the load writes nothing.
-    const QString refused = fx.load({{Scadenze, itemB()}, {Scadenze, changedA}, {Scadenze, sameKey2AsB}});
+    const QString refused =
+        fx.load({{Scadenze, itemB()}, {Scadenze, changedA}, {Scadenze, sameKey2AsB}});
     QVERIFY2(refused.contains(u"flag_colpar e link (\"F0000000000002\")"), qPrintable(refused));
     QCOMPARE(test::rowCount(fx.companyStore(), "archivio_38"), 2);
     QCOMPARE(test::nameOf(readByKey2(fx.companyDir(), fx.commonDir(), itemB())),

@@ -592,10 +592,10 @@ void TestRecordManager::damagedPageIsNotTheEnd()
     QList<std::pair<int, QByteArray>> records;
     const int count = 3000;
     for (int i = 0; i < count; ++i)
-        records.append({Scadenze, test::dueItem(QString::number(i), QStringLiteral("F"),
-                                                QStringLiteral("%1").arg(i, 13, 10, QChar(u'0')),
-                                                QStringLiteral("20240110"),
-                                                QStringLiteral("F000010"))});
+        records.append(
+            {Scadenze, test::dueItem(QString::number(i), QStringLiteral("F"),
+                                     QStringLiteral("%1").arg(i, 13, 10, QChar(u'0')),
+                                     QStringLiteral("20240110"), QStringLiteral("F000010"))});
     QCOMPARE(fx.load(records), QString());
     QFile store(fx.companyStore());
     QVERIFY(store.open(QIODevice::ReadWrite));
@@ -631,13 +631,13 @@ void TestRecordManager::damagedPageIsNotTheEnd()
 
 void TestRecordManager::busyStoreIsWaitedFor_data()
 {
-    QTest::addColumn<int>("holdMs");   // how long another program holds the store
+    QTest::addColumn<int>("holdMs");      // how long another program holds the store
     QTest::addColumn<QByteArray>("wait"); // the longest wait, in seconds
-    QTest::addColumn<bool>("cancel");  // the observer ends the wait at its first notice
+    QTest::addColumn<bool>("cancel");     // the observer ends the wait at its first notice
     QTest::addColumn<int>("expected");
     QTest::newRow("a brief hold is waited out") << 300 << QByteArray("5") << false << int(Ok);
-    QTest::newRow("a hold longer than the wait") << 900 << QByteArray("0.3") << false
-                                                  << int(Locked);
+    QTest::newRow("a hold longer than the wait")
+        << 900 << QByteArray("0.3") << false << int(Locked);
     QTest::newRow("the wait shown and ended") << 1600 << QByteArray("5") << true << int(Locked);
 }
 

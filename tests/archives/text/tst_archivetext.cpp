@@ -243,7 +243,8 @@ void TestArchiveText::dueItemFieldsChecked()
     const QRegularExpression pair(u' ' + field + QStringLiteral("=\\S*"));
     line.remove(pair);
     if (!value.isEmpty())
-        line += u' ' + field + u'=' + QString(value).replace(QStringLiteral("\\t"), QStringLiteral("\t"));
+        line += u' ' + field + u'=' +
+                QString(value).replace(QStringLiteral("\\t"), QStringLiteral("\t"));
     std::optional<ErpRecord> parsed;
     ArchiveText::Problem found;
     const ArchiveText::Line kind = ArchiveText::parse(line, &parsed, &found);
@@ -263,7 +264,8 @@ void TestArchiveText::overlongLineSkipped()
     QByteArray text = "0 * cod_clifor=400001 ragsoc=\"" +
                       QByteArray(4 * ArchiveTextFile::MaxLineBytes, 'x') + "\"\n" +
                       "0 * cod_clifor=4000Z1\n";
-    const QStringList problems = ArchiveTextFile::validate(writeText(QStringLiteral("long.txt"), text));
+    const QStringList problems =
+        ArchiveTextFile::validate(writeText(QStringLiteral("long.txt"), text));
     QCOMPARE(problems,
              (QStringList{QStringLiteral("riga 1: riga troppo lunga: più di %1 caratteri")
                               .arg(ArchiveTextFile::MaxLineBytes),

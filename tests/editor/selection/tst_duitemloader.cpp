@@ -433,11 +433,12 @@ void TestDueItemLoader::readErrorStopsTheWalk()
     const Message &m = prompter.shown().first();
     // The archive and the reason (a record manager other than the embedded store keeps its
     // files to itself), what was read and what was found.
-    QVERIFY2(m.text.startsWith(QStringLiteral(
-                 "La lettura delle scadenze si è interrotta per un errore nel leggere l'archivio 38 "
-                 "(Scadenze): errore di lettura o scrittura del file (errore 12).\r\nScadenze "
-                 "lette: 2; righe trovate fino all'errore: 2.")),
-             qPrintable(m.text));
+    QVERIFY2(
+        m.text.startsWith(QStringLiteral(
+            "La lettura delle scadenze si è interrotta per un errore nel leggere l'archivio 38 "
+            "(Scadenze): errore di lettura o scrittura del file (errore 12).\r\nScadenze "
+            "lette: 2; righe trovate fino all'errore: 2.")),
+        qPrintable(m.text));
     QCOMPARE(m.buttons, ask ? Buttons::YesNo : Buttons::Ok);
 }
 
