@@ -12,6 +12,7 @@
 #include "editor/selection/duitemprogress.h"
 #include "editor/selection/selectiondialog.h"
 #include "printing/printinghooks.h"
+#include "ui/archivewaitnotice.h"
 #include "ui/messageboxprompter.h"
 
 #include <QApplication>
@@ -170,6 +171,8 @@ int Main(int argc, char *argv[])
 
     ui::MessageBoxPrompter prompter;
     PrompterScope scope(prompter);
+    // An archive held for a moment by another program of the suite: the wait is shown.
+    ui::ArchiveWaitNotice archiveWait;
 
     Program program;
     if (!program.start(arguments))

@@ -2,8 +2,12 @@
 
 #include "olderdatabase.h"
 
+#include "archives/store/archivenumbers.h"
+#include "archives/store/companyarchives.h"
 #include "core/prompter.h"
+#include "editor/window/mainwindowload.h"
 #include "localdb/databaseaccess.h"
+#include "localdb/databasefilecheck.h"
 #include "localdb/localdatabase.h"
 #include "startup/paths.h"
 
@@ -32,6 +36,10 @@ StartupSequence::Steps StartupSequence::programSteps()
         return localdb::databaseOpens(location) && localdb::CheckDatabaseVersion(location);
     };
     steps.noticeOlderDatabase = &OlderDatabase::notice;
+    steps.companyArchivesProblem = [](const QString &dir) {
+        return archives::companyArchivesProblem(dir);
+    };
+    steps.databaseFileProblem = &localdb::localDatabaseFileProblem;
     return steps;
 }
 
@@ -77,8 +85,27 @@ void StartupSequence::run(const QStringList &arguments)
     const std::optional<localdb::DatabaseLocation> database = m_steps.locateDatabase();
     if (!database)
         endProcess(1);
-    if (!m_steps.databaseExists(*database) && !m_steps.createDatabase(*database))
-        endProcess(1);
+    if (!m_steps.databaseExists(*database)) {
+        // Nothing is created for a directory that does not hold the company's archives: the
+        // parpe file may name the wrong one.
+        const QString problem = m_steps.companyArchivesProblem(environment.CompanyArchiveDir);
+        if (!problem.isEmpty()) {
+            msgBox(editor::MainWindowLoad::openFailureMessage(archives::Scadenze, problem),
+                   Buttons::Ok, Icon::None, QStringLiteral("ERRORE"));
+            endProcess(1);
+        }
+        if (!m_steps.createDatabase(*database))
+            endProcess(1);
+    }
+    // A file that is not the program's database is never written into, and a damaged one is
+    // named before anything is read from it.
+    if (!database->isPostgres()) {
+        if (const QString problem = m_steps.databaseFileProblem(database->filePath);
+            !problem.isEmpty()) {
+            msgBox(problem, Buttons::Ok, Icon::Critical, QStringLiteral("ERRORE"));
+            endProcess(1);
+        }
+    }
 
     if (m_steps.directoryExists(developmentTreeProbe(m_steps.applicationDirPath())))
         m_steps.generateSchemaFile(*database);

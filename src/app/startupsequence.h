@@ -12,9 +12,11 @@ namespace pg::app {
 
 // The start-up of the program up to its windows, in its fixed order: the command line, the
 // single running copy, the company environment, the program directory, a current company,
-// the local database (found or created), the schema file regenerated inside the development
-// tree, the database version; last, a word on an earlier version's database left beside the
-// archives. The first step that fails ends the process.
+// the local database (the file or the server of the company's Pagame.ini; found, or created
+// once the company's archives are found where the parpe file says; a file checked to be the
+// program's own and undamaged), the schema file regenerated inside the development tree, the
+// database version; last, a word on an earlier version's database left beside the archives.
+// The first step that fails ends the process.
 class StartupSequence
 {
 public:
@@ -40,6 +42,12 @@ public:
         // Tells the clerk of an earlier version's database, which is never opened.
         std::function<void(const CompanyEnvironment &, const localdb::DatabaseLocation &)>
             noticeOlderDatabase;
+        // Why the company's archive directory does not hold the suite's archives; empty
+        // when it does.
+        std::function<QString(const QString &companyArchiveDir)> companyArchivesProblem;
+        // Why the database file must not be opened (not the program's database, damaged);
+        // empty when it may.
+        std::function<QString(const QString &fileName)> databaseFileProblem;
     };
 
     // The program's own steps.

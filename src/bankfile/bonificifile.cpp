@@ -3,7 +3,10 @@
 #include "fieldfill.h"
 
 #include "core/apperror.h"
+#include "core/filewriteerror.h"
 #include "core/prompter.h"
+
+#include <QFileDevice>
 
 namespace pg::bankfile {
 
@@ -31,9 +34,12 @@ public:
 
     void flush()
     {
-        if (m_device.write(m_buffer) != m_buffer.size())
+        if (m_device.write(m_buffer) != m_buffer.size()) {
+            const auto *file = qobject_cast<QFileDevice *>(&m_device);
             throw AppError(AppError::PathFileAccess,
-                           QStringLiteral("Path/File access error: ") + m_device.errorString());
+                           pathFileAccessText(file ? file->fileName() : QString(),
+                                              fileWriteProblem(m_device, m_buffer.size())));
+        }
         m_buffer.clear();
     }
 

@@ -1,5 +1,6 @@
 #include "filecommandsupport.h"
 
+#include "core/filewriteerror.h"
 #include "core/prompter.h"
 #include "distinta/distintestore.h"
 #include "startup/companyenvironment.h"
@@ -22,9 +23,7 @@ QString stmFileTag(const QString &prefix, const QString &codDistinta, const QStr
 
 AppError pathError(const QString &path, const QString &reason)
 {
-    return AppError(AppError::PathFileAccess, QStringLiteral("Path/File access error: ") +
-                                                  QDir::toNativeSeparators(path) +
-                                                  QStringLiteral(" (") + reason + u')');
+    return AppError(AppError::PathFileAccess, pathFileAccessText(path, reason));
 }
 
 bool writeWholeFile(const QString &path, const std::function<bool(QIODevice &)> &write)
@@ -34,9 +33,9 @@ bool writeWholeFile(const QString &path, const std::function<bool(QIODevice &)> 
         throw pathError(path, file.errorString());
     if (!write(file))
         return false;
-    // A write that failed on the way makes the commit fail too.
+    // A write that failed on the way makes the commit fail too; a full disk is said so.
     if (!file.commit())
-        throw pathError(path, file.errorString());
+        throw pathError(path, fileWriteProblem(file, file.size()));
     return true;
 }
 

@@ -2,8 +2,8 @@
 
 #include "core/apperror.h"
 #include "core/cp1252.h"
+#include "core/filewriteerror.h"
 
-#include <QDir>
 #include <QSaveFile>
 
 namespace pg::checks {
@@ -16,8 +16,7 @@ void writeReportFile(const QString &path, const QStringList &lines)
     QSaveFile file(path);
     if (!file.open(QIODevice::WriteOnly) || file.write(bytes) != bytes.size() || !file.commit())
         throw AppError(AppError::PathFileAccess,
-                       QStringLiteral("Path/File access error: ") + QDir::toNativeSeparators(path) +
-                           QStringLiteral(" (") + file.errorString() + u')');
+                       pathFileAccessText(path, fileWriteProblem(file, bytes.size())));
 }
 
 } // namespace pg::checks

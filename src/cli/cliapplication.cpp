@@ -3,10 +3,14 @@
 #include "commandcontext.h"
 #include "commandtable.h"
 
+#include "archives/store/busywait.h"
 #include "core/apperror.h"
 #include "core/applocale.h"
 #include "core/stderrprompter.h"
 #include "startup/companyenvironment.h"
+
+#include <QDir>
+#include <QScopeGuard>
 
 namespace pg::cli {
 
@@ -71,6 +75,18 @@ int CliApplication::run(const QStringList &arguments)
     StderrPrompter prompter;
     prompter.setAssumeYes(assumeYes);
     PrompterScope scope(prompter);
+    // An archive held for a moment by another program of the suite: the wait is told once.
+    archives::BusyWait::setObserver([this](const archives::BusyWait::Notice &notice) {
+        if (notice.first) {
+            m_err << QStringLiteral("L'archivio %1 è in uso da un altro programma di [orvida]: "
+                                    "attesa fino a %2 secondi...\n")
+                         .arg(QDir::toNativeSeparators(notice.path))
+                         .arg(notice.limitMs / 1000);
+            m_err.flush();
+        }
+        return true;
+    });
+    const auto noObserver = qScopeGuard([] { archives::BusyWait::setObserver({}); });
     CommandContext context(*command, commandArguments, m_out, m_err);
     try {
         if (command->needsEnvironment && !resolveEnvironment())

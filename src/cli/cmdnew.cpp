@@ -6,6 +6,7 @@
 
 #include "commandargs.h"
 #include "commandcontext.h"
+#include "distintasession.h"
 
 #include "archives/store/recordmanagerfactory.h"
 #include "editor/selection/duitemloader.h"
@@ -13,9 +14,6 @@
 #include "editor/window/distintaeditor.h"
 #include "editor/window/mainwindowload.h"
 #include "lists/usersettings.h"
-#include "localdb/localdatabase.h"
-#include "startup/companyenvironment.h"
-#include "startup/paths.h"
 
 namespace pg::cli {
 
@@ -35,7 +33,8 @@ public:
 
 // The main window as the distinta editor sees it, without a window: the selection already
 // confirmed from the options, the walk over the due items without a progress window, and
-// nothing to show.
+// nothing to show. A walk stopped by an archive that cannot be read adds nothing: there is no
+// clerk to judge a partial selection.
 class CommandLineView : public editor::DistintaView
 {
 public:
@@ -68,8 +67,11 @@ public:
         editor::DueItemLoader loader(
             m_erp, editor::selectionValues(), currentSettings().desPag,
             editor::DueItemCausali::load(editor::DueItemCausali::defaultPath()));
-        loader.cmdGenera_Click(d);
+        loader.setOnReadError(editor::DueItemLoader::OnReadError::Refuse);
+        m_readFailed = loader.cmdGenera_Click(d).readError != 0;
     }
+    // Whether the walk stopped at a read that failed.
+    bool readFailed() const { return m_readFailed; }
     std::optional<QString> chooseDistinta() override { return std::nullopt; }
     QString lookupBanksAndAgencies() override { return {}; }
     void showDueItemDetail(const archives::ErpRecord &) override {}
@@ -77,6 +79,7 @@ public:
 
 private:
     archives::ErpSession &m_erp;
+    bool m_readFailed = false;
 };
 
 // "ABI/CAB" into the two boxes of a bank and its agency.
@@ -85,13 +88,6 @@ void setBank(SelectionLogic &logic, SelectionLogic::Box bank, SelectionLogic::Bo
 {
     logic.setText(bank, value.section(u'/', 0, 0).trimmed());
     logic.setText(agency, value.section(u'/', 1).trimmed());
-}
-
-// The local database as start-up leaves it: created when missing, at the current version.
-bool openLocalDatabase()
-{
-    localdb::DatabaseLocation database;
-    return localdb::prepareCompanyDatabase(&database);
 }
 
 } // namespace
@@ -112,11 +108,23 @@ int runNew(CommandContext &context)
         return context.usageError(
             QStringLiteral("Argomento inatteso: %1").arg(args.positional().first()));
     qint64 type = SelectionLogic::TuttiIPagamentiIndex;
-    if (!args.number(QStringLiteral("--type"), 0, 9, &type, &error))
+    qint64 account = 0;
+    // Account codes are the suite's six digits.
+    if (!args.number(QStringLiteral("--type"), 0, 9, &type, &error) ||
+        !args.number(QStringLiteral("--account-from"), 0, 999999, &account, &error) ||
+        !args.number(QStringLiteral("--account-to"), 0, 999999, &account, &error))
         return context.usageError(error);
+    for (const QString &option : {QStringLiteral("--min"), QStringLiteral("--max")}) {
+        double amount = 0;
+        if (args.has(option) && !SelectionLogic::readAmount(args.value(option), &amount))
+            return context.usageError(
+                QStringLiteral("Valore non valido per %1: \"%2\" (serve un importo da 0 a %3).")
+                    .arg(option, args.value(option))
+                    .arg(qint64(editor::SelectionValues::MaxImporto)));
+    }
 
     pGetSettings();
-    if (!openLocalDatabase())
+    if (!DistintaSession::prepareLocalDatabase())
         return ExitFailure;
     NoPrinters printers;
     editor::MainWindowLoad load([] { return archives::createRecordManager(); }, printers);
@@ -165,7 +173,8 @@ int runNew(CommandContext &context)
     // "Nuova distinta" with the confirmed selection, then the save.
     CommandLineView view(erp);
     editor::DistintaEditor editor(*load.store(), &erp, view);
-    if (!editor.btnGestione_ClickED(editor::DistintaEditor::Nuova) || !editor.hasDistinta())
+    if (!editor.btnGestione_ClickED(editor::DistintaEditor::Nuova) || !editor.hasDistinta() ||
+        view.readFailed())
         return ExitFailure;
     if (!load.store()->Salva(editor.distinta(), false, false))
         return ExitFailure;

@@ -47,11 +47,15 @@ int runPrint(CommandContext &context)
     if (args.has(templateName) && options.templateName.isEmpty())
         return context.usageError(QStringLiteral("Indicare il modello per --template."));
 
+    // A file that cannot be written is told before anything is read or printed.
+    const QString path = QFileInfo(args.value(pdf)).absoluteFilePath();
+    if (const QString problem = printing::PdfOutput::pathProblem(path); !problem.isEmpty())
+        return context.fail(problem);
+
     DistintaSession session;
     if (!session.open(number))
         return ExitFailure;
     options.definitive = args.has(final) || session.distinta().header().flg_stato == u"D";
-    const QString path = QFileInfo(args.value(pdf)).absoluteFilePath();
     printing::PrintRun run(session.store(), &session.erp(), session.company());
     printing::PdfOutput output(path);
     if (!run.LanciaStampa(session.distinta(), options, output))

@@ -3,10 +3,14 @@
 #include "commandargs.h"
 #include "commandcontext.h"
 
+#include "archives/store/archivenumbers.h"
+#include "archives/store/companyarchives.h"
 #include "archives/store/recordmanagerfactory.h"
 #include "core/distintacode.h"
 #include "core/prompter.h"
 #include "distinta/distintestore.h"
+#include "localdb/databaseaccess.h"
+#include "localdb/databasefilecheck.h"
 #include "localdb/localdatabase.h"
 #include "startup/companyenvironment.h"
 #include "startup/paths.h"
@@ -65,13 +69,37 @@ std::optional<int> DistintaSession::openFromArguments(CommandContext &context)
     return std::nullopt;
 }
 
+bool DistintaSession::prepareLocalDatabase()
+{
+    // The file "Pagame.db" beside the company's archives, or the server its Pagame.ini names,
+    // made ready as the desktop program's start-up does.
+    const std::optional<localdb::DatabaseLocation> database = localdb::companyDatabase();
+    if (!database)
+        return false;
+    if (!localdb::databaseExists(*database)) {
+        const QString problem = archives::companyArchivesProblem(CompanyArchiveDir());
+        if (!problem.isEmpty()) {
+            msgBox(editor::MainWindowLoad::openFailureMessage(archives::Scadenze, problem),
+                   Buttons::Ok, Icon::Critical, QStringLiteral("ERRORE"));
+            return false;
+        }
+        if (!localdb::CreateDatabase(*database))
+            return false;
+    }
+    if (!database->isPostgres()) {
+        if (const QString problem = localdb::localDatabaseFileProblem(database->filePath);
+            !problem.isEmpty()) {
+            msgBox(problem, Buttons::Ok, Icon::Critical, QStringLiteral("ERRORE"));
+            return false;
+        }
+    }
+    return localdb::databaseOpens(*database) && localdb::CheckDatabaseVersion(*database);
+}
+
 bool DistintaSession::openCompany()
 {
-    // The local database as start-up leaves it: created when missing, converted when older.
-    localdb::DatabaseLocation database;
-    if (!localdb::prepareCompanyDatabase(&database))
-        return false;
-    return m_load->Load(CliHandle) == editor::MainWindowLoad::Outcome::Ready;
+    return prepareLocalDatabase() &&
+           m_load->Load(CliHandle) == editor::MainWindowLoad::Outcome::Ready;
 }
 
 bool DistintaSession::open(qint64 number)

@@ -27,6 +27,10 @@ public:
     bool open(qint64 number);
     // Only the company, for the commands that work on all distinte. False after telling why.
     bool openCompany();
+    // The local database as start-up leaves it: created when missing (once the company's
+    // archives are found where the parpe file says), converted when older. False after
+    // telling why.
+    static bool prepareLocalDatabase();
 
     distinta::DistinteStore &store() const { return *m_load->store(); }
     archives::ErpSession &erp() const { return *m_load->erp(); }

@@ -5,6 +5,9 @@
 #include "writebackapplier.h"
 #include "writebackplan.h"
 
+#include "archives/store/archiveerror.h"
+#include "archives/store/archiveerrortext.h"
+#include "archives/store/archivenumbers.h"
 #include "core/apperror.h"
 #include "core/money.h"
 #include "core/prompter.h"
@@ -66,6 +69,17 @@ void tellConflicts(const QList<WriteBackEntry> &conflicts)
 
 } // namespace
 
+QString DueItemUpdates::withCause(const QString &message) const
+{
+    const qint32 code = m_erp ? m_erp->lastError() : 0;
+    if (code == archives::Ok || code == archives::NotFound)
+        return message;
+    return message + CrLf +
+           QStringLiteral("Causa: %1, %2.")
+               .arg(archives::archiveErrorText(code),
+                    archives::archiveDescription(m_erp->manager(), archives::Scadenze));
+}
+
 archives::ErpSession &DueItemUpdates::erp() const
 {
     if (!m_erp)
@@ -81,7 +95,8 @@ QList<WriteBackEntry> DueItemUpdates::planSave(QSqlDatabase &db, const Distinta 
     // the save waits for the archive instead.
     for (const QString &key : d.righeDaCanc)
         if (plan.releaseRemoved(key, d.nuova) == ErpWriteBack::Read::Failed)
-            throw AppError(DistinteStore::ErrSalvaRicerca, SearchError, QStringLiteral("Salva"));
+            throw AppError(DistinteStore::ErrSalvaRicerca, withCause(SearchError),
+                           QStringLiteral("Salva"));
     const Testata &header = d.header();
     RowCounter counter(db, header.cod_distinta);
     for (int i = 0; i < d.righe.size(); ++i) {
@@ -102,7 +117,8 @@ QList<WriteBackEntry> DueItemUpdates::planSave(QSqlDatabase &db, const Distinta 
                                rowItem(row) + u'.',
                            QStringLiteral("Salva"));
         case ErpWriteBack::Read::Failed:
-            throw AppError(DistinteStore::ErrSalvaRicerca, SearchError, QStringLiteral("Salva"));
+            throw AppError(DistinteStore::ErrSalvaRicerca, withCause(SearchError),
+                           QStringLiteral("Salva"));
         }
     }
     return plan.entries();
@@ -127,9 +143,10 @@ QList<WriteBackEntry> DueItemUpdates::planMarks(QSqlDatabase &db, const Testata 
     RowCounter counter(db, header.cod_distinta);
     for (const Riga &row : rows)
         if (plan.markRow(row, header, std::ref(counter)) != ErpWriteBack::Read::Found)
-            throw AppError(DistinteStore::ErrSalvaRicerca,
-                           SearchError + CrLf + QStringLiteral("Scadenza: ") + rowItem(row) + u'.',
-                           QStringLiteral("cmdCreaFile"));
+            throw AppError(
+                DistinteStore::ErrSalvaRicerca,
+                withCause(SearchError + CrLf + QStringLiteral("Scadenza: ") + rowItem(row) + u'.'),
+                QStringLiteral("cmdCreaFile"));
     return plan.entries();
 }
 
@@ -146,10 +163,11 @@ WriteBackApplier::Result DueItemUpdates::carryOut(QSqlDatabase &db,
     if (stopAtRowFailure && result.failure != ErpWriteBack::Applied::Done) {
         const bool read = result.failure == ErpWriteBack::Applied::ReadFailed;
         throw AppError(read ? DistinteStore::ErrSalvaRicerca : DistinteStore::ErrSalvaAggiornamento,
-                       (read ? SearchError : UpdateError) + CrLf +
-                           QStringLiteral("La distinta è registrata: le scadenze non ancora "
-                                          "aggiornate lo saranno alla prossima operazione sulle "
-                                          "distinte o al prossimo avvio del programma."),
+                       withCause((read ? SearchError : UpdateError) + CrLf +
+                                 QStringLiteral("La distinta è registrata: le scadenze non ancora "
+                                                "aggiornate lo saranno alla prossima operazione "
+                                                "sulle distinte o al prossimo avvio del "
+                                                "programma.")),
                        source);
     }
     return result;
@@ -171,12 +189,12 @@ bool DueItemUpdates::completePending(QSqlDatabase &db) const
     tellConflicts(result.conflicts);
     if (result.pending.isEmpty())
         return true;
-    msgBox(UpdateError + CrLf +
-               QStringLiteral("Non è stato possibile completare %1 aggiornamenti delle scadenze "
-                              "rimasti in sospeso da un'operazione interrotta. Finché non saranno "
-                              "completati nessuna distinta può essere salvata o eliminata: "
-                              "riprovare più tardi.")
-                   .arg(result.pending.size()),
+    msgBox(withCause(UpdateError + CrLf +
+                     QStringLiteral("Non è stato possibile completare %1 aggiornamenti delle "
+                                    "scadenze rimasti in sospeso da un'operazione interrotta. "
+                                    "Finché non saranno completati nessuna distinta può essere "
+                                    "salvata o eliminata: riprovare più tardi.")
+                         .arg(result.pending.size())),
            Buttons::Ok, Icon::Critical);
     return false;
 }

@@ -62,6 +62,9 @@ public:
 
 private:
     archives::ErpSession &erp() const;
+    // The message, and after it the archive's reason when the last call failed for another
+    // reason than a missing record (a damaged archive, one held by another program).
+    QString withCause(const QString &message) const;
 
     archives::ErpSession *m_erp;
 };

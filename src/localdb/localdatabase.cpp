@@ -4,7 +4,9 @@
 #include "localdb/databaseconnection.h"
 #include "localdb/openerror.h"
 #include "localdb/schemacatalog.h"
+#include "localdb/schemacompleteness.h"
 #include "localdb/schemafile.h"
+#include "localdb/shippedschema.h"
 #include "localdb/sqldialect.h"
 
 #include "core/apperror.h"
@@ -54,7 +56,11 @@ std::optional<DatabaseSchema> shippedSchemaFile()
         return std::nullopt;
     }
     try {
-        return parseSchemaDescription(schemaFile.readAll());
+        // Only a whole file makes a database: one cut short (at a table's end, say) would make
+        // an incomplete one that every later start would take as it is.
+        DatabaseSchema schema = parseSchemaDescription(schemaFile.readAll());
+        requireProgramSchema(schema, parseSchemaDescription(shippedSchemaDescription()));
+        return schema;
     } catch (const SchemaError &error) {
         msgBox(error.message());
         return std::nullopt;
@@ -164,17 +170,6 @@ bool CreateDatabase(const DatabaseLocation &location)
         return false;
     }
     return true;
-}
-
-bool prepareCompanyDatabase(DatabaseLocation *location)
-{
-    const std::optional<DatabaseLocation> found = companyDatabase();
-    if (!found)
-        return false;
-    *location = *found;
-    if (!databaseExists(*found) && !CreateDatabase(*found))
-        return false;
-    return databaseOpens(*found) && CheckDatabaseVersion(*found);
 }
 
 bool CreateDatabaseFromSchema(const QString &directory, const QString &fileName)

@@ -39,10 +39,6 @@ bool databaseExists(const DatabaseLocation &location);
 // database that holds tables of another program is never touched. Failures are shown.
 bool CreateDatabase(const DatabaseLocation &location);
 
-// What start-up does with the company's database before the program goes on: created when
-// missing, version checked and converted. The location is given back for the components that
-// use it; false (after a message) when the program must not go on.
-bool prepareCompanyDatabase(DatabaseLocation *location);
 
 // Creates the database directory + fileName from ProgramDir() + "QXARTRAC.DAT". The database
 // is built in a new file of the same directory (with the permissions the directory and the

@@ -12,6 +12,10 @@ public:
     bool deliver(const PrintDocument &document, const QString &title) override;
     int pagesWritten() const { return m_pages; }
 
+    // Why a PDF file cannot be written at that path (its folder missing, a folder in its
+    // place); empty when it can be tried.
+    static QString pathProblem(const QString &path);
+
 private:
     QString m_path;
     int m_pages = 0;

@@ -4,6 +4,7 @@
 #include <QFont>
 #include <QPagedPaintDevice>
 #include <QPainter>
+#include <QPrinter>
 #include <QRegularExpression>
 #include <QTextDocument>
 #include <QTextDocumentWriter>
@@ -58,54 +59,79 @@ QPageLayout PrintDocument::pageLayout() const
 
 int PrintDocument::print(QPagedPaintDevice &device) const
 {
-    QTextDocument doc;
-    doc.documentLayout()->setPaintDevice(&device);
-    doc.setDocumentMargin(0);
-    doc.setHtml(m_html);
-
     // The printable area in device pixels; the text keeps clear of the footer.
     const qreal dpi = device.logicalDpiY();
     const qreal footerHeight = FooterPoints * dpi / 72;
     const QRectF page(0, 0, device.width(), device.height());
     const QSizeF textSize(page.width(), page.height() - footerHeight);
-    doc.setPageSize(textSize);
-    const int pages = doc.pageCount();
+
+    std::unique_ptr<RowsBand> band;
+    if (m_rows) {
+        band = std::make_unique<RowsBand>(*m_rows);
+        if (!band->layOut(device, textSize))
+            band.reset();
+    }
+    QTextDocument doc;
+    if (!band) {
+        // The page size first: laying the text out twice, without pages and then with them,
+        // would cost as much again.
+        doc.documentLayout()->setPaintDevice(&device);
+        doc.setDocumentMargin(0);
+        doc.setPageSize(textSize);
+        doc.setHtml(m_html);
+    }
+    const int pages = band ? band->pageCount() : doc.pageCount();
 
     QPainter painter;
     if (!painter.begin(&device))
         return 0;
-    QFont footerFont(QStringLiteral("DejaVu Sans"));
-    footerFont.setStyleHint(QFont::SansSerif);
-    footerFont.setPointSizeF(7.5);
     for (int i = 0; i < pages; ++i) {
+        if (m_progress && !m_progress(i + 1, pages)) {
+            if (auto *printer = dynamic_cast<QPrinter *>(&device))
+                printer->abort();
+            painter.end();
+            return Cancelled;
+        }
         if (i > 0)
             device.newPage();
         if (m_testPrint)
             paintTestMark(painter, page);
         painter.save();
-        const QRectF clip(0, i * textSize.height(), textSize.width(), textSize.height());
-        painter.translate(0, -clip.top());
-        QAbstractTextDocumentLayout::PaintContext context;
-        context.clip = clip;
-        context.palette.setColor(QPalette::Text, Qt::black);
-        painter.setClipRect(clip);
-        doc.documentLayout()->draw(&painter, context);
+        if (band) {
+            painter.setClipRect(QRectF(QPointF(0, 0), textSize));
+            band->paintPage(painter, i);
+        } else {
+            const QRectF clip(0, i * textSize.height(), textSize.width(), textSize.height());
+            painter.translate(0, -clip.top());
+            QAbstractTextDocumentLayout::PaintContext context;
+            context.clip = clip;
+            context.palette.setColor(QPalette::Text, Qt::black);
+            painter.setClipRect(clip);
+            doc.documentLayout()->draw(&painter, context);
+        }
         painter.restore();
-
-        painter.save();
-        painter.setFont(footerFont);
-        painter.setPen(Qt::black);
-        const QRectF footerBox(0, page.height() - footerHeight * 0.8, page.width(),
-                               footerHeight * 0.8);
-        const QString pageText = QStringLiteral("Pagina %1 di %2").arg(i + 1).arg(pages);
-        painter.drawText(footerBox, Qt::AlignLeft | Qt::AlignBottom, m_footer);
-        painter.drawText(footerBox, Qt::AlignRight | Qt::AlignBottom, pageText);
-        if (m_testPrint)
-            painter.drawText(footerBox, Qt::AlignHCenter | Qt::AlignBottom, testMark());
-        painter.restore();
+        paintFooter(painter, page, footerHeight, i, pages);
     }
     painter.end();
     return pages;
+}
+
+void PrintDocument::paintFooter(QPainter &painter, const QRectF &page, qreal footerHeight,
+                                int index, int pages) const
+{
+    painter.save();
+    QFont footerFont(QStringLiteral("DejaVu Sans"));
+    footerFont.setStyleHint(QFont::SansSerif);
+    footerFont.setPointSizeF(7.5);
+    painter.setFont(footerFont);
+    painter.setPen(Qt::black);
+    const QRectF footerBox(0, page.height() - footerHeight * 0.8, page.width(), footerHeight * 0.8);
+    const QString pageText = QStringLiteral("Pagina %1 di %2").arg(index + 1).arg(pages);
+    painter.drawText(footerBox, Qt::AlignLeft | Qt::AlignBottom, m_footer);
+    painter.drawText(footerBox, Qt::AlignRight | Qt::AlignBottom, pageText);
+    if (m_testPrint)
+        painter.drawText(footerBox, Qt::AlignHCenter | Qt::AlignBottom, testMark());
+    painter.restore();
 }
 
 bool PrintDocument::exportOdt(const QString &path, QString *error) const

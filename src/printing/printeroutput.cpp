@@ -44,8 +44,12 @@ bool PrinterOutput::deliver(const PrintDocument &document, const QString &title)
         return false;
     printer.setDocName(title);
     printer.setPageLayout(document.pageLayout());
-    if (document.print(printer) > 0)
+    const int pages = document.print(printer);
+    if (pages > 0)
         return true;
+    // Stopped by the clerk: the job was aborted, nothing went out.
+    if (pages == PrintDocument::Cancelled)
+        return false;
     msgBox(QStringLiteral("Impossibile stampare sulla stampante %1").arg(printer.printerName()),
            Buttons::Ok, Icon::Critical);
     return false;

@@ -6,6 +6,7 @@
 #include "previewoutput.h"
 #include "printeroutput.h"
 #include "printersdialog.h"
+#include "printprogress.h"
 #include "printrun.h"
 #include "stampadialog.h"
 #include "templatestore.h"
@@ -44,6 +45,9 @@ void printDistinta(editor::MainWindowLoad &load, const editor::PrinterCatalog &p
     dialog.setLauncher([&](const PrintOptions &options) {
         PrintRun run(*load.store(), load.erp(), load.company());
         run.setAggiornaFlagStato([&editor](distinta::Distinta &) { editor.AggiornaFlagStato(); });
+        // A long print shows its pages and can be stopped.
+        PrintProgress progress(&dialog);
+        run.setProgress(progress.progress());
         const std::unique_ptr<PrintOutput> output = desktopOutput(options, &dialog);
         return run.LanciaStampa(editor.distinta(), options, *output);
     });

@@ -78,7 +78,11 @@ bool PrintRun::AvviaWord(const QString &code, const PrintOptions &options, Print
     QString footer = QStringLiteral("Distinta N. %1").arg(number);
     if (saved.header().dat_data_creazione.isValid())
         footer += QStringLiteral(" del ") + dates::toDmy(saved.header().dat_data_creazione);
-    const PrintDocument document(m_lastHtml, footer, !options.definitive);
+    PrintDocument document(m_lastHtml, footer, !options.definitive);
+    // A row of plain cells is drawn straight, row after row.
+    if (std::optional<RowsBand::Content> rows = RowsBand::contentOf(merge, data))
+        document.setRows(std::move(*rows));
+    document.setProgress(m_progress);
     return output.deliver(document, QStringLiteral("Distinta_%1").arg(number));
 }
 

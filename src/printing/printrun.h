@@ -1,5 +1,6 @@
 #pragma once
 
+#include "printdocument.h"
 #include "printoptions.h"
 #include "templatestore.h"
 
@@ -38,6 +39,9 @@ public:
     {
         m_after = std::move(after);
     }
+    // Told page by page while the document is painted; false stops the print (long prints
+    // show it with a button that stops them).
+    void setProgress(PrintDocument::Progress progress) { m_progress = std::move(progress); }
 
     // LanciaStampa: prints the distinta (which must be saved, without pending changes) and,
     // when options.definitive and the document went out, runs AggiornaFlagStato. True when
@@ -59,6 +63,7 @@ private:
     const archives::CompanyData *m_company;
     TemplateStore m_templates;
     std::function<void(distinta::Distinta &)> m_after;
+    PrintDocument::Progress m_progress;
     QString m_lastHtml;
 };
 

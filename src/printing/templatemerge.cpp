@@ -168,14 +168,27 @@ private:
     qsizetype m_counted = 0;
 };
 
+// Where a split merge stands: the parts written so far and the rows sections met.
+struct SplitState
+{
+    QString *current;
+    QString rowBody;
+    QString after;
+    int rowSections = 0;
+};
+
 void render(const Node &node, const MergeData &data, const QHash<QString, QString> *row,
-            QString &out)
+            QString &out, SplitState *split = nullptr)
 {
     switch (node.kind) {
     case Node::Kind::Text:
         out += node.text;
         return;
     case Node::Kind::Field: {
+        if (split && &out == &split->rowBody && !data.fields.contains(node.text)) {
+            out += TemplateMerge::rowField(node.text);
+            return;
+        }
         const auto value =
             row && row->contains(node.text) ? row->value(node.text) : data.fields.value(node.text);
         out += value.toHtmlEscaped();
@@ -183,7 +196,7 @@ void render(const Node &node, const MergeData &data, const QHash<QString, QStrin
     }
     case Node::Kind::Root:
         for (const auto &child : node.children)
-            render(*child, data, row, out);
+            render(*child, data, row, out, split);
         return;
     case Node::Kind::Section:
         break;
@@ -192,7 +205,15 @@ void render(const Node &node, const MergeData &data, const QHash<QString, QStrin
         if (node.inverted) {
             if (data.rows.isEmpty())
                 for (const auto &child : node.children)
-                    render(*child, data, row, out);
+                    render(*child, data, row, out, split);
+            return;
+        }
+        if (split) {
+            // The body once, with its fields standing in; what follows goes after it.
+            ++split->rowSections;
+            for (const auto &child : node.children)
+                render(*child, data, nullptr, split->rowBody, split);
+            split->current = &split->after;
             return;
         }
         for (const QHash<QString, QString> &each : data.rows)
@@ -202,7 +223,8 @@ void render(const Node &node, const MergeData &data, const QHash<QString, QStrin
     }
     if (data.conditions.value(node.text) != node.inverted)
         for (const auto &child : node.children)
-            render(*child, data, row, out);
+            render(*child, data, row, split && &out != &split->rowBody ? *split->current : out,
+                   split);
 }
 
 } // namespace
@@ -215,6 +237,26 @@ TemplateMerge::TemplateMerge(const QString &templateText)
 TemplateMerge::~TemplateMerge() = default;
 TemplateMerge::TemplateMerge(TemplateMerge &&) noexcept = default;
 TemplateMerge &TemplateMerge::operator=(TemplateMerge &&) noexcept = default;
+
+QString TemplateMerge::rowField(const QString &name)
+{
+    return QChar(0xE000) + name + QChar(0xE001);
+}
+
+std::optional<TemplateMerge::Split> TemplateMerge::split(const MergeData &data) const
+{
+    if (!isValid() || data.rows.isEmpty())
+        return std::nullopt;
+    Split result;
+    SplitState state{&result.before, {}, {}};
+    for (const auto &child : m_root->children)
+        render(*child, data, nullptr, *state.current, &state);
+    if (state.rowSections != 1)
+        return std::nullopt;
+    result.rowBody = state.rowBody;
+    result.after = state.after;
+    return result;
+}
 
 QString TemplateMerge::merge(const MergeData &data) const
 {

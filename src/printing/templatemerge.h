@@ -6,6 +6,7 @@
 #include <QStringList>
 
 #include <memory>
+#include <optional>
 
 namespace pg::printing {
 
@@ -37,6 +38,20 @@ public:
 
     // The merged HTML; for a template with problems, empty.
     QString merge(const MergeData &data) const;
+
+    // The merged document cut at its rows, for printers that draw the rows themselves: the
+    // HTML before the rows section, its body merged once with each row field written as
+    // rowField(name), and the HTML after. Nothing for a template with problems, without
+    // rows or with more than one rows section.
+    struct Split
+    {
+        QString before;
+        QString rowBody;
+        QString after;
+    };
+    std::optional<Split> split(const MergeData &data) const;
+    // What stands for a row field in Split::rowBody: characters no merged value holds.
+    static QString rowField(const QString &name);
 
     struct Node;
 

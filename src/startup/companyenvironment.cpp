@@ -15,6 +15,32 @@ namespace {
 // Every value of the suite's ini files is read through a 40-character buffer.
 constexpr int IniBuffer = 40;
 
+// Why the parpe file was not found, for the administrator: the suite's ini file missing or
+// without its section, a directory cut by the 40-character buffer, or the parpe file itself.
+QString parpeMissingCause(const IniFile &orvida, const QString &iniPath, const QString &parpePath)
+{
+    const QString ini = QDir::toNativeSeparators(iniPath);
+    if (!orvida.exists())
+        return QStringLiteral("Il file %1 non esiste.").arg(ini);
+    const QString section = QStringLiteral("AMBIENTE");
+    if (!orvida.hasSection(section))
+        return QStringLiteral("Nel file %1 manca la sezione [AMBIENTE].").arg(ini);
+    for (const QString &key : {QStringLiteral("Dir orvida"), QStringLiteral("Codice Azienda")}) {
+        QString value;
+        if (!orvida.lookup(section, key, &value) || value.trimmed().isEmpty())
+            return QStringLiteral("Nel file %1 manca il valore \"%2\" della sezione [AMBIENTE].")
+                .arg(ini, key);
+        if (value.size() > IniBuffer - 1)
+            return QStringLiteral("Il valore \"%1\" del file %2 è lungo %3 caratteri: [orvida] ne "
+                                  "legge solo %4 (\"%5\"). Usare un percorso più corto.")
+                .arg(key, ini)
+                .arg(value.size())
+                .arg(IniBuffer - 1)
+                .arg(value.left(IniBuffer - 1));
+    }
+    return QStringLiteral("Il file %1 non esiste.").arg(QDir::toNativeSeparators(parpePath));
+}
+
 CompanyEnvironment &current()
 {
     static CompanyEnvironment environment;
@@ -63,7 +89,8 @@ QString programDirOf(const QString &orvidaDir)
 CompanyEnvironment ResolveCompanyEnvironment()
 {
     CompanyEnvironment env;
-    const IniFile orvida = IniFile::load(orvidaIniPath());
+    const QString iniPath = orvidaIniPath();
+    const IniFile orvida = IniFile::load(iniPath);
     const QString section = QStringLiteral("AMBIENTE");
     env.OrvidaDir = paths::directoryFromIni(
         orvida.read(section, QStringLiteral("Dir orvida"), QString(), IniBuffer));
@@ -76,7 +103,8 @@ CompanyEnvironment ResolveCompanyEnvironment()
                                                  QStringLiteral("parpe.ini"));
     if (!paths::fileExists(parpePath)) {
         msgBox(QStringLiteral("Errore. Non è stato trovato il Parpe per l'azienda attiva ") +
-               env.CompanyCode);
+               env.CompanyCode + QStringLiteral("\r\n") +
+               parpeMissingCause(orvida, iniPath, parpePath));
         endProcess(1);
     }
 

@@ -33,7 +33,9 @@ QString orvidaIniPath();
 // Reads the suite's ini file and the company's parpe file and returns the four directories
 // and the company code (ProgramDir is left to the caller, as start-up sets it next). When the
 // company's parpe file does not exist, shows "Errore. Non è stato trovato il Parpe per
-// l'azienda attiva " with the code and ends the process.
+// l'azienda attiva " with the code, and on the next line the cause (the suite's ini file
+// missing, without its section or a value, a value cut at 39 characters, or the parpe file
+// missing), and ends the process.
 CompanyEnvironment ResolveCompanyEnvironment();
 
 // The ProgramDir of an installation directory.

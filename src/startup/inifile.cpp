@@ -53,12 +53,17 @@ QString IniFile::decodeText(const QByteArray &bytes)
 
 IniFile IniFile::load(const QString &path)
 {
-    IniFile ini;
     QFile file(path);
     if (!file.open(QIODevice::ReadOnly))
-        return ini;
+        return {};
+    return parse(file.readAll());
+}
+
+IniFile IniFile::parse(const QByteArray &bytes)
+{
+    IniFile ini;
     ini.m_exists = true;
-    const QString text = decodeText(file.readAll());
+    const QString text = decodeText(bytes);
     int current = -1;
     const auto lines = QStringView(text).split(u'\n');
     for (QStringView raw : lines) {

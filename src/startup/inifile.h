@@ -17,6 +17,8 @@ class IniFile
 public:
     IniFile() = default;
     static IniFile load(const QString &path);
+    // The ini text of a file's bytes (the file exists).
+    static IniFile parse(const QByteArray &bytes);
 
     bool exists() const { return m_exists; }
     bool hasSection(const QString &section) const;

@@ -26,6 +26,8 @@ private slots:
     void secondStartRaisesTheFirst();
     void noCurrentCompany();
     void localDatabaseFoundOrCreated();
+    void nothingCreatedWithoutTheArchives();
+    void databaseFileRefused();
     void developmentTreeRegeneratesTheSchemaFile();
     void databaseVersionRefused();
     void olderDatabaseIsToldNeverOpened();
@@ -43,6 +45,8 @@ private:
     bool m_only = true;
     QString m_appDir = QStringLiteral("/opt/pagamenti/bin");
     QStringList m_existingDirs;
+    QString m_archivesProblem;
+    QString m_fileProblem;
 };
 
 void TestStartupSequence::init()
@@ -57,6 +61,8 @@ void TestStartupSequence::init()
     m_versionOk = true;
     m_only = true;
     m_existingDirs.clear();
+    m_archivesProblem.clear();
+    m_fileProblem.clear();
     m_steps.isOnlyInstance = [this] {
         m_log << QStringLiteral("instance");
         return m_only;
@@ -81,6 +87,14 @@ void TestStartupSequence::init()
     };
     m_steps.generateSchemaFile = [this](const localdb::DatabaseLocation &d) {
         m_log << QStringLiteral("generate ") + d.filePath;
+    };
+    m_steps.companyArchivesProblem = [this](const QString &dir) {
+        m_log << QStringLiteral("archives ") + dir;
+        return m_archivesProblem;
+    };
+    m_steps.databaseFileProblem = [this](const QString &file) {
+        m_log << QStringLiteral("file ") + file;
+        return m_fileProblem;
     };
     m_steps.checkDatabaseVersion = [this](const localdb::DatabaseLocation &d) {
         m_log << QStringLiteral("version ") + d.filePath;
@@ -162,6 +176,39 @@ void TestStartupSequence::localDatabaseFoundOrCreated()
     m_created = false;
     QCOMPARE(run(), 1);
     QCOMPARE(m_log.last(), QStringLiteral("create ") + db);
+}
+
+void TestStartupSequence::nothingCreatedWithoutTheArchives()
+{
+    test::ScriptedPrompter prompter;
+    m_databaseExists = false;
+    m_archivesProblem = QStringLiteral("La cartella degli archivi dell'azienda /srv/orvida/D_ABC/ "
+                                       "non contiene gli archivi di [orvida] (manca il file "
+                                       "archivi.db).");
+    QCOMPARE(run(), 1);
+    QVERIFY(m_log.filter(QStringLiteral("create")).isEmpty());
+    QCOMPARE(m_log.last(), QStringLiteral("archives /srv/orvida/D_ABC/"));
+    QCOMPARE(prompter.texts(), QStringList{QStringLiteral("Impossibile aprire il file delle "
+                                                          "Scadenze di [orvida]. Impossibile "
+                                                          "continuare.\r\n") +
+                                           m_archivesProblem});
+    QCOMPARE(prompter.shown().first().title, QStringLiteral("ERRORE"));
+
+    // An existing database is opened as it is: its archives are the main window's to open.
+    m_log.clear();
+    m_databaseExists = true;
+    QCOMPARE(run(), -1);
+    QVERIFY(m_log.filter(QStringLiteral("archives")).isEmpty());
+}
+
+void TestStartupSequence::databaseFileRefused()
+{
+    test::ScriptedPrompter prompter;
+    m_fileProblem = QStringLiteral("Il file /srv/orvida/D_ABC/Pagame.db è vuoto: ...");
+    QCOMPARE(run(), 1);
+    QCOMPARE(m_log.last(), QStringLiteral("file /srv/orvida/D_ABC/Pagame.db"));
+    QCOMPARE(prompter.texts(), QStringList{m_fileProblem});
+    QCOMPARE(prompter.shown().first().icon, Icon::Critical);
 }
 
 void TestStartupSequence::developmentTreeRegeneratesTheSchemaFile()

@@ -75,8 +75,14 @@ void TestCmdNew::refusals_data()
     QTest::newRow("unknown bank") << options("--bank 99999/99999") << 1 << "Banca non trovata!";
     QTest::newRow("amounts") << options("--bank BANK --min 1.000 --max 500") << 1
                              << "Importi non coerenti";
-    QTest::newRow("amount not a number")
-        << options("--bank BANK --max tanto") << 1 << "Importo non valido: \"tanto\"";
+    // Options out of their range are refused by name, before anything is read.
+    QTest::newRow("amount not a number") << options("--bank BANK --max tanto") << 2 << "--max";
+    QTest::newRow("amount beyond any amount") << options("--bank BANK --min 1e308") << 2 << "--min";
+    QTest::newRow("negative amount") << options("--bank BANK --max -1") << 2 << "--max";
+    QTest::newRow("account code of seven digits")
+        << options("--bank BANK --account-from 1234567") << 2 << "--account-from";
+    QTest::newRow("account code with letters")
+        << options("--bank BANK --account-to 40000A") << 2 << "--account-to";
     QTest::newRow("dates") << options("--bank BANK --due-from 01/12/2026 --due-to 30/11/2026") << 1
                            << "Date non coerenti";
     QTest::newRow("not a date") << options("--bank BANK --due-to 31/02/2026") << 1

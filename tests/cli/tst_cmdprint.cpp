@@ -168,6 +168,10 @@ void TestCmdPrint::refusals_data()
                        QStringLiteral("--template"),
                        QStringLiteral("Sollecito")}
         << 1 << QStringLiteral("Modello \"Sollecito\" non trovato in ");
+    // Told before the distinta is read, not after the print.
+    QTest::newRow("folder missing")
+        << QStringList{QStringLiteral("1"), pdf, QStringLiteral("manca/x.pdf")} << 1
+        << QStringLiteral("/manca non esiste.");
 }
 
 void TestCmdPrint::refusals()

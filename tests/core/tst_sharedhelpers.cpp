@@ -1,9 +1,12 @@
 #include "core/cp1252.h"
 #include "core/distintacode.h"
+#include "core/filewriteerror.h"
 #include "core/money.h"
 #include "core/paymenttype.h"
 #include "core/vbdate.h"
 
+#include <QDir>
+#include <QFile>
 #include <QTest>
 
 using namespace pg;
@@ -19,6 +22,7 @@ private slots:
     void twoDigitYears();
     void amountsInCents();
     void codePageKeepsOneBytePerCharacter();
+    void fullDiskSaidSo();
 };
 
 void TestSharedHelpers::distintaCodesSortAsNumbers()
@@ -103,6 +107,25 @@ void TestSharedHelpers::codePageKeepsOneBytePerCharacter()
     QCOMPARE(cp1252::decode(QByteArray("\x81")), QString(QChar(0x81)));
     // A lone half of a surrogate pair is one unknown character, never two or none.
     QCOMPARE(cp1252::encode(QString(QChar(0xD83D)) + u'a' + QChar(0xDE00)), QByteArray("?a?"));
+}
+
+void TestSharedHelpers::fullDiskSaidSo()
+{
+    // The system's full device answers every write as a full disk does.
+    QFile full(QStringLiteral("/dev/full"));
+    if (!full.open(QIODevice::WriteOnly))
+        QSKIP("no /dev/full on this system");
+    const QByteArray block(64 * 1024, 'x');
+    QVERIFY(full.write(block) != block.size() || !full.flush());
+    QCOMPARE(fileWriteProblem(full, block.size()), QStringLiteral("disco pieno"));
+    QCOMPARE(pathFileAccessText(QStringLiteral("/tmp/CBI_7.txt"), QStringLiteral("disco pieno")),
+             QStringLiteral("Path/File access error: %1 (disco pieno)")
+                 .arg(QDir::toNativeSeparators(QStringLiteral("/tmp/CBI_7.txt"))));
+
+    // Any other failure keeps the device's own words.
+    QFile missing(QStringLiteral("/nessuna/cartella/CBI_7.txt"));
+    QVERIFY(!missing.open(QIODevice::WriteOnly));
+    QCOMPARE(fileWriteProblem(missing), missing.errorString());
 }
 
 QTEST_GUILESS_MAIN(TestSharedHelpers)

@@ -1,4 +1,5 @@
 #include "localdb/databaseconnection.h"
+#include "localdb/databasefilecheck.h"
 #include "localdb/localdatabase.h"
 #include "localdb/schemacatalog.h"
 #include "localdb/schemafile.h"
@@ -163,6 +164,8 @@ private slots:
     void upgradeFrom060700();
     void upgradeWaitsForOtherPrograms();
     void failures();
+    void databaseFileChecked_data();
+    void databaseFileChecked();
 
 private:
     QString programDir() const { return m_dir->path() + QStringLiteral("/exe/"); }
@@ -200,11 +203,15 @@ void TestLocalDatabase::cleanup()
 
 void TestLocalDatabase::createOldDatabase(const QString &path)
 {
-    installSchema(schemaOf060700());
+    // Built from the old description as the program built it then (today's creation wants
+    // every table and field of the program's description).
     ScriptedPrompter prompter;
-    QVERIFY(CreateDatabaseFromSchema(QFileInfo(path).path(), QFileInfo(path).fileName()));
+    writeAll(path, {});
     DatabaseConnection c(path);
     QVERIFY(c.isOpen());
+    Transaction creation(c.database());
+    SchemaCatalog::build(c.database(), parseSchemaDescription(schemaOf060700()));
+    creation.commit();
     WriteEnvVar(c.database(), VersionVariable, PreviousVersion);
     addDistinta(c.database(), QStringLiteral("     1"), 10.5, 21.25);
     addDistinta(c.database(), QStringLiteral("     2"), 3, 6);
@@ -415,6 +422,16 @@ void TestLocalDatabase::refusedSchemaLeavesNothing_data()
         << outside
         << installation + QStringLiteral("\r\nRiga 24: il campo \"cod_distinta\" è fuori "
                                          "da una tabella.");
+    // A file cut short at the end of an object still reads as a whole file.
+    const QByteArray shipped = shippedSchemaDescription();
+    QTest::newRow("cut at the end of a table")
+        << shipped.left(shipped.indexOf("Tabella\tTB_RIGHE_RAGG"))
+        << installation + QStringLiteral("\r\nmanca la tabella \"TB_RIGHE_RAGG\": il file è "
+                                         "incompleto.");
+    QTest::newRow("cut before the relations")
+        << shipped.left(shipped.indexOf("Relazioni\t"))
+        << installation + QStringLiteral("\r\nmanca la relazione tra le tabelle \"TB_TESTATA\" e "
+                                         "\"TB_RIGHE\": il file è incompleto.");
 }
 
 void TestLocalDatabase::refusedSchemaLeavesNothing()
@@ -595,6 +612,55 @@ void TestLocalDatabase::failures()
     QCOMPARE(prompter.shown().size(), 1);
     QCOMPARE(readAll(database()), notADatabase.repeated(40));
     QCOMPARE(QDir(archiveDir()).entryList(QDir::Files), QStringList{FileName});
+}
+
+void TestLocalDatabase::databaseFileChecked_data()
+{
+    QTest::addColumn<QString>("file"); // what is in the database's place
+    QTest::addColumn<QString>("problem");
+    QTest::newRow("the program's database") << "database" << QString();
+    QTest::newRow("empty file") << "empty"
+                                << "è vuoto: non è un database di Pagamenti";
+    QTest::newRow("text file") << "text"
+                               << "non è un database di Pagamenti e non viene modificato";
+    QTest::newRow("another program's database")
+        << "foreign"
+        << "non è un database di Pagamenti (manca la tabella _tblSys_EnvVar)";
+    QTest::newRow("pages overwritten") << "damaged"
+                                       << "è danneggiato e non può essere usato";
+}
+
+void TestLocalDatabase::databaseFileChecked()
+{
+    QFETCH(QString, file);
+    QFETCH(QString, problem);
+    ScriptedPrompter prompter;
+    if (file == u"database" || file == u"damaged") {
+        QVERIFY(CreateDatabaseFromSchema(archiveDir(), FileName));
+    } else if (file == u"foreign") {
+        writeAll(database(), {});
+        DatabaseConnection c(database());
+        QVERIFY(run(c.database(), QStringLiteral("CREATE TABLE clienti (nome TEXT)")));
+    } else {
+        writeAll(database(), file == u"text" ? QByteArray("Non sono un database.\r\n") : "");
+    }
+    if (file == u"damaged") {
+        // Every page after the first, where the tables' pages are, overwritten.
+        QByteArray bytes = readAll(database());
+        for (qsizetype i = 4096; i < bytes.size(); ++i)
+            bytes[i] = char(i * 7);
+        writeAll(database(), bytes);
+    }
+    const QByteArray before = readAll(database());
+    const QString found = localDatabaseFileProblem(database());
+    if (problem.isEmpty())
+        QCOMPARE(found, QString());
+    else
+        QVERIFY2(found.contains(QDir::toNativeSeparators(database()) + u' ' + problem),
+                 qPrintable(found));
+    // Looked at, never written.
+    QCOMPARE(readAll(database()), before);
+    QVERIFY(prompter.shown().isEmpty());
 }
 
 QTEST_GUILESS_MAIN(TestLocalDatabase)

@@ -94,9 +94,14 @@ void TestServerDatabase::schemaMadeAndDescribedBack()
 {
     ScriptedPrompter prompter;
     // The company's Pagame.ini leads start-up to the server, which gets every table.
-    DatabaseLocation location;
-    QVERIFY(prepareCompanyDatabase(&location));
+    const std::optional<DatabaseLocation> found = companyDatabase();
+    QVERIFY(found);
+    const DatabaseLocation location = *found;
     QCOMPARE(location, m_database->location());
+    QVERIFY(!databaseExists(location));
+    QVERIFY(CreateDatabase(location));
+    QVERIFY(databaseExists(location));
+    QVERIFY(CheckDatabaseVersion(location));
     QVERIFY(prompter.shown().isEmpty());
     DatabaseConnection conn(location);
     QSqlDatabase &db = conn.database();

@@ -6,6 +6,8 @@
 #include "printing/pdfoutput.h"
 #include "printing/printdocument.h"
 #include "printing/printrun.h"
+#include "printing/rowsband.h"
+#include "printing/templatestore.h"
 #include "startup/companyenvironment.h"
 #include "startup/errortrap.h"
 
@@ -60,6 +62,53 @@ QStringList pdfPages(const QString &path)
     return pages;
 }
 
+// Merge values of a distinta of that many rows, with long texts that wrap when asked.
+MergeData rowsData(int rows, bool longTexts)
+{
+    MergeData data;
+    data.fields.insert(QStringLiteral("numero_distinta"), QStringLiteral("7"));
+    data.conditions.insert(QStringLiteral("totali"), true);
+    data.conditions.insert(QStringLiteral("prova"), false);
+    for (int i = 1; i <= rows; ++i) {
+        QHash<QString, QString> row;
+        row.insert(QStringLiteral("progressivo"), QString::number(i));
+        row.insert(QStringLiteral("ragione_sociale_beneficiario"),
+                   longTexts ? QStringLiteral("Cooperativa Agricola Produttori Ortofrutticoli "
+                                              "della Valle del Savio n. %1")
+                                   .arg(i)
+                             : QStringLiteral("Fornitore %1 & Figli S.r.l.").arg(i));
+        row.insert(QStringLiteral("documento"), QStringLiteral("%1/B").arg(1000 + i));
+        row.insert(QStringLiteral("importo"), QStringLiteral("%1,50").arg(i * 7));
+        row.insert(QStringLiteral("descrizione"),
+                   longTexts ? QStringLiteral("Saldo delle fatture di acconto e di conguaglio del "
+                                              "secondo semestre, rata %1 di dodici")
+                                   .arg(i % 12 + 1)
+                             : QStringLiteral("Vs.Fatt. %1").arg(i));
+        data.rows << row;
+    }
+    return data;
+}
+
+// The words of each page of a printed document, drawn straight or by the engine.
+QList<QStringList> printedWords(const MergeData &data, bool straight, const QString &path,
+                                const PrintDocument::Progress &progress = {})
+{
+    const TemplateMerge merge(*TemplateStore().text(TemplateStore::defaultName()));
+    // A final print: the letters of the test mark across the page would be read among the
+    // lines wherever they fall.
+    PrintDocument document(merge.merge(data), QStringLiteral("Distinta N. 7"), false);
+    if (straight)
+        document.setRows(*RowsBand::contentOf(merge, data));
+    document.setProgress(progress);
+    PdfOutput pdf(path);
+    QList<QStringList> pages;
+    if (!pdf.deliver(document, QStringLiteral("Distinta_7")))
+        return pages;
+    for (const QString &page : pdfPages(path))
+        pages << page.split(QRegularExpression(QStringLiteral("\\s+")), Qt::SkipEmptyParts);
+    return pages;
+}
+
 } // namespace
 
 class TestPrintRun : public QObject
@@ -75,6 +124,10 @@ private slots:
     void refusals();
     void pdfOfTheDistinta_data();
     void pdfOfTheDistinta();
+    void rowsDrawnStraightReadAsTheEngine_data();
+    void rowsDrawnStraightReadAsTheEngine();
+    void wrappedRowsStayWhole();
+    void stoppedPrintLeavesNothing();
 
 private:
     void setState(distinta::Distinta &d, const QString &state);
@@ -268,6 +321,74 @@ void TestPrintRun::pdfOfTheDistinta()
             .arg(rows)
             .arg(QRegularExpression::escape(vb::format(total, u"#,0.00"))));
     QCOMPARE(totalsLine.match(pages.last()).hasMatch(), totals);
+}
+
+void TestPrintRun::rowsDrawnStraightReadAsTheEngine_data()
+{
+    QTest::addColumn<int>("rows");
+    QTest::newRow("one page") << 20;
+    QTest::newRow("pages with the heading again") << 160;
+}
+
+void TestPrintRun::rowsDrawnStraightReadAsTheEngine()
+{
+    QFETCH(int, rows);
+    test::ScriptedPrompter prompter;
+    QTemporaryDir out;
+    const MergeData data = rowsData(rows, false);
+    // The same words on the same pages: the rows cut where the engine cuts them, the
+    // heading and the footers on every page, the totals and the signature after the rows.
+    const QList<QStringList> straight =
+        printedWords(data, true, out.filePath(QStringLiteral("straight.pdf")));
+    QVERIFY(straight.size() > (rows > 50 ? 2 : 0));
+    QCOMPARE(straight, printedWords(data, false, out.filePath(QStringLiteral("engine.pdf"))));
+    QVERIFY(prompter.shown().isEmpty());
+}
+
+void TestPrintRun::wrappedRowsStayWhole()
+{
+    test::ScriptedPrompter prompter;
+    QTemporaryDir out;
+    const int rows = 90;
+    const QList<QStringList> pages =
+        printedWords(rowsData(rows, true), true, out.filePath(QStringLiteral("wrapped.pdf")));
+    QVERIFY(pages.size() > 2);
+    // Names and descriptions too long for their columns wrap onto more lines; a row is
+    // never cut between two pages (the end of its name on the page of its document).
+    for (int i = 1; i <= rows; ++i) {
+        QList<int> found;
+        for (int p = 0; p < pages.size(); ++p) {
+            const QString document = QStringLiteral("%1/B").arg(1000 + i);
+            const qsizetype at = pages.at(p).indexOf(document);
+            if (at >= 0)
+                found << p;
+            if (at >= 0 &&
+                pages.at(p).mid(at).join(u' ').contains(QStringLiteral("Savio n. %1 ").arg(i)))
+                found << p;
+        }
+        QCOMPARE(found, (QList<int>{found.value(0), found.value(0)}));
+    }
+    QVERIFY(prompter.shown().isEmpty());
+}
+
+void TestPrintRun::stoppedPrintLeavesNothing()
+{
+    test::ScriptedPrompter prompter;
+    QTemporaryDir out;
+    const QString path = out.filePath(QStringLiteral("fermata.pdf"));
+    QList<int> told;
+    int pages = 0;
+    const QList<QStringList> printed =
+        printedWords(rowsData(160, false), true, path, [&](int page, int of) {
+            told << page;
+            pages = of;
+            return page < 2;
+        });
+    QVERIFY(printed.isEmpty());
+    QCOMPARE(told, (QList<int>{1, 2}));
+    QVERIFY(pages > 2);
+    QVERIFY(!QFile::exists(path));
+    QVERIFY(prompter.shown().isEmpty());
 }
 
 QTEST_MAIN(TestPrintRun)

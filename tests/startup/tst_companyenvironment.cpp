@@ -18,8 +18,8 @@ private slots:
     void nodeComparisonIsExact_data();
     void nodeComparisonIsExact();
     void onlyThreeCharactersNameTheParpeFile();
-    void missingParpeEndsTheProcess();
-    void missingOrvidaIni();
+    void missingParpeTellsTheCause_data();
+    void missingParpeTellsTheCause();
     void iniDirectoryLookup();
 
 private:
@@ -106,27 +106,55 @@ void TestCompanyEnvironment::onlyThreeCharactersNameTheParpeFile()
     QCOMPARE(env.CompanyArchiveDir, QStringLiteral("x/"));
 }
 
-void TestCompanyEnvironment::missingParpeEndsTheProcess()
+void TestCompanyEnvironment::missingParpeTellsTheCause_data()
 {
-    writeOrvida(root().toLocal8Bit() + "erp", "...", "1");
-    test::ScriptedPrompter prompter;
-    try {
-        ResolveCompanyEnvironment();
-        QFAIL("the process did not end");
-    } catch (const ProcessEnded &) {
-    }
-    QCOMPARE(prompter.shown().size(), 1);
-    const Message &m = prompter.shown().first();
-    QCOMPARE(m.text, QStringLiteral("Errore. Non è stato trovato il Parpe per l'azienda attiva ..."));
-    QCOMPARE(m.buttons, Buttons::Ok);
-    QCOMPARE(m.title, QString());
+    // ORVIDA.INI as written (absent when null; ROOT stands for the test's directory), and the
+    // cause told after the suite's message and the company code.
+    QTest::addColumn<QByteArray>("ini");
+    QTest::addColumn<QString>("code");
+    QTest::addColumn<QString>("cause");
+    const QByteArray dir = "Dir orvida=ROOT/erp\r\n";
+    QTest::newRow("no ORVIDA.INI")
+        << QByteArray() << QString() << "Il file ROOT/ini/ORVIDA.INI non esiste.";
+    QTest::newRow("empty ORVIDA.INI")
+        << QByteArray("") << QString()
+        << "Nel file ROOT/ini/ORVIDA.INI manca la sezione [AMBIENTE].";
+    QTest::newRow("junk") << QByteArray("\x01\xff\xfe garbage = \r\n[[[") << QString()
+                          << "Nel file ROOT/ini/ORVIDA.INI manca la sezione [AMBIENTE].";
+    QTest::newRow("no company code") << "[AMBIENTE]\r\n" + dir << QString()
+                                     << "Nel file ROOT/ini/ORVIDA.INI manca il valore \"Codice "
+                                        "Azienda\" della sezione [AMBIENTE].";
+    QTest::newRow("directory cut at 39 characters")
+        << "[AMBIENTE]\r\nDir orvida=ROOT/" + QByteArray(40, 'd') + "\r\nCodice Azienda=ABC\r\n"
+        << "ABC"
+        << "Il valore \"Dir orvida\" del file ROOT/ini/ORVIDA.INI è lungo";
+    // No company selected in the suite: the parpe file of "..." does not exist.
+    QTest::newRow("no parpe file") << "[AMBIENTE]\r\n" + dir + "Codice Azienda=...\r\n"
+                                   << "..."
+                                   << "Il file ROOT/erp/D_AZI/...parpe.ini non esiste.";
 }
 
-void TestCompanyEnvironment::missingOrvidaIni()
+void TestCompanyEnvironment::missingParpeTellsTheCause()
 {
+    QFETCH(QByteArray, ini);
+    QFETCH(QString, code);
+    QFETCH(QString, cause);
+    const QString root = QDir::toNativeSeparators(m_dir.path());
+    if (!ini.isNull())
+        writeFile(this->root() + QStringLiteral("ini/ORVIDA.INI"),
+                  ini.replace("ROOT", m_dir.path().toLocal8Bit()));
     test::ScriptedPrompter prompter;
     QVERIFY_THROWS_EXCEPTION(ProcessEnded, ResolveCompanyEnvironment());
-    QCOMPARE(prompter.lastText(), QStringLiteral("Errore. Non è stato trovato il Parpe per l'azienda attiva "));
+    QCOMPARE(prompter.shown().size(), 1);
+    const Message &m = prompter.shown().first();
+    // The suite's own message first, then the cause on a line of its own.
+    const QString message =
+        QStringLiteral("Errore. Non è stato trovato il Parpe per l'azienda attiva ") + code;
+    QVERIFY2(m.text.startsWith(message + QStringLiteral("\r\n") +
+                               cause.replace(QStringLiteral("ROOT"), root)),
+             qPrintable(m.text));
+    QCOMPARE(m.buttons, Buttons::Ok);
+    QCOMPARE(m.title, QString());
 }
 
 void TestCompanyEnvironment::iniDirectoryLookup()

@@ -24,9 +24,10 @@ public:
 
     // Opens (creating when missing) both stores and begins a transaction in each.
     bool begin(QString *error);
-    // Adds a record of the archive, replacing the record with the same key 1 when there is
-    // one. False (with a reason) for an unknown archive or a buffer that is not exactly the
-    // archive's record length.
+    // Adds a record of the archive, replacing the records with the same key 1 or the same
+    // unique key (the due items' flag and link) when there are any. False (with a reason) for
+    // an unknown archive, a buffer that is not exactly the archive's record length, or a
+    // record whose unique key an earlier record of this load already has.
     bool put(int archive, const QByteArray &record, QString *error);
     bool commit(QString *error);
 

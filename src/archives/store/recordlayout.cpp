@@ -69,6 +69,41 @@ QByteArray ArchiveLayout::keyOf(const QByteArray &record, int key) const
     return out;
 }
 
+namespace {
+
+// The kind and the "required" mark after a field's width; false for a word it does not know.
+bool readFieldKind(const QStringList &words, FieldDef *field)
+{
+    for (const QString &word : words) {
+        const QString kind = word.section(u':', 0, 0);
+        const QString argument = word.section(u':', 1);
+        bool ok = true;
+        if (word == u"required") {
+            field->required = true;
+        } else if (word == u"text") {
+            field->kind = FieldKind::Text;
+        } else if (word == u"date") {
+            field->kind = FieldKind::Date;
+        } else if (word == u"digits") {
+            field->kind = FieldKind::Digits;
+        } else if (kind == u"amount" || kind == u"rate") {
+            field->kind = kind == u"amount" ? FieldKind::Amount : FieldKind::Rate;
+            field->decimals = argument.toInt(&ok);
+            ok = ok && field->decimals >= 0 && field->decimals < field->width;
+        } else if (kind == u"choice" && !argument.isEmpty() && field->width == 1) {
+            field->kind = FieldKind::Choice;
+            field->choices = argument.toLatin1();
+        } else {
+            ok = false;
+        }
+        if (!ok)
+            return false;
+    }
+    return true;
+}
+
+} // namespace
+
 RecordLayouts RecordLayouts::parse(const QString &text, QString *error)
 {
     RecordLayouts layouts;
@@ -80,6 +115,7 @@ RecordLayouts RecordLayouts::parse(const QString &text, QString *error)
         QStringList fields;
     };
     QList<PendingKey> pendingKeys;
+    QList<PendingKey> pendingUnique; // keys named unique, checked once every key is known
     const QStringList lines = text.split(u'\n');
     auto fail = [&](int lineNumber, const QString &why) {
         if (error)
@@ -116,17 +152,26 @@ RecordLayouts RecordLayouts::parse(const QString &text, QString *error)
                 return fail(i + 1, QStringLiteral("chiave non valida"));
             // Key fields may be declared after the key: resolved once every line is read.
             pendingKeys.append({i + 1, archive, key, parts.mid(3)});
+        } else if (kind == QStringLiteral("UNIQUE")) {
+            const int key = parts.value(2).toInt(&ok);
+            if (!ok || parts.size() != 3 || key == 1)
+                return fail(i + 1, QStringLiteral("chiave univoca non valida"));
+            pendingUnique.append({i + 1, archive, key, {}});
         } else if (kind == QStringLiteral("FIELD")) {
-            if (parts.size() != 6)
+            if (parts.size() < 6)
                 return fail(i + 1, QStringLiteral("campo incompleto"));
             QString type = parts.at(2);
             type.replace(u'_', u' ');
-            FieldDef f{parts.at(3), parts.at(4).toInt(&ok), 0};
+            FieldDef f;
+            f.name = parts.at(3);
+            f.offset = parts.at(4).toInt(&ok);
             bool okWidth = false;
             f.width = parts.at(5).toInt(&okWidth);
             if (!ok || !okWidth || f.offset < 0 || f.width <= 0 || f.offset + f.width > a.length)
                 return fail(i + 1,
                             QStringLiteral("posizione del campo %1 fuori dal record").arg(f.name));
+            if (!readFieldKind(parts.mid(6), &f))
+                return fail(i + 1, QStringLiteral("tipo del campo %1 non valido").arg(f.name));
             a.m_index[type].insert(f.name, f);
             a.m_fields[type].append(f);
         } else {
@@ -144,6 +189,12 @@ RecordLayouts RecordLayouts::parse(const QString &text, QString *error)
             keyFields << *f;
         }
         a.m_keys.insert(pending.key, keyFields);
+    }
+    for (const PendingKey &pending : std::as_const(pendingUnique)) {
+        ArchiveLayout &a = layouts.m_archives[pending.archive];
+        if (!a.hasKey(pending.key))
+            return fail(pending.line, QStringLiteral("chiave %1 non dichiarata").arg(pending.key));
+        a.m_unique << pending.key;
     }
     return layouts;
 }

@@ -8,12 +8,26 @@
 
 namespace pg::archives {
 
-// One field of a record: where it lies in the single-byte buffer.
+// What a field holds, as the load of records from text checks it.
+enum class FieldKind {
+    Text,   // any text of the code page
+    Amount, // sign, digits, a point and at most `decimals` decimals ("-1234.50")
+    Rate,   // an exchange rate: digits, a point and at most `decimals` decimals, above zero
+    Date,   // a real date, eight digits year, month and day ("20250331")
+    Digits, // digits only (bank and agency codes, account codes)
+    Choice  // one of the characters of `choices`
+};
+
+// One field of a record: where it lies in the single-byte buffer, and what it may hold.
 struct FieldDef
 {
     QString name;
     int offset = 0;
     int width = 0;
+    FieldKind kind = FieldKind::Text;
+    int decimals = 0;      // Amount and Rate
+    QByteArray choices;    // Choice
+    bool required = false; // a loaded record must give it a value
 };
 
 // The layout of one archive: record length, the keys and the fields of each record type.
@@ -32,6 +46,9 @@ public:
     QStringList recordTypes() const; // without "*"
 
     bool hasKey(int key) const { return m_keys.contains(key); }
+    // Keys besides key 1 that identify a record: no two records of the archive may share one
+    // (the due items' key 2, flag and link, which the distinte find their items by).
+    const QList<int> &uniqueKeys() const { return m_unique; }
     QList<int> keyNumbers() const { return m_keys.keys(); }
     const QList<FieldDef> &keyFields(int key) const;
     int keyLength(int key) const;
@@ -43,6 +60,7 @@ private:
     QMap<QString, QList<FieldDef>> m_fields; // record type -> fields
     QHash<QString, QHash<QString, FieldDef>> m_index; // record type -> name -> field
     QMap<int, QList<FieldDef>> m_keys;
+    QList<int> m_unique;
 };
 
 // The record layouts of every archive, from the program's layout table (data/layouts).
@@ -52,6 +70,12 @@ public:
     // The layouts shipped with the program.
     static const RecordLayouts &instance();
     // Parses a layout table; on a malformed line returns an empty set and describes it.
+    //   ARCHIVE <number> <record length> <name...>
+    //   KEY     <archive> <key number> <field> [<field>...]
+    //   UNIQUE  <archive> <key number>        the key identifies a record
+    //   FIELD   <archive> <record type> <field> <offset> <width> [<kind>] [required]
+    // with kind one of text, amount:<decimals>, rate:<decimals>, date, digits,
+    // choice:<characters>.
     static RecordLayouts parse(const QString &text, QString *error);
 
     const ArchiveLayout *archive(int number) const;

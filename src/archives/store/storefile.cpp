@@ -11,8 +11,6 @@ namespace {
 // Marks a SQLite file as an archive store ("PgAr"), and the version of its tables.
 constexpr int StoreApplicationId = 0x50674172;
 constexpr int StoreFormat = 1;
-// How long a call waits for another program's write to end before it reports Locked.
-constexpr int BusyTimeoutMs = 500;
 
 bool bindBlob(sqlite3_stmt *statement, int index, const QByteArray &bytes)
 {
@@ -119,7 +117,8 @@ ArchiveError StoreFile::open(const QString &path, Access access)
         close();
         return error;
     }
-    sqlite3_busy_timeout(m_db, BusyTimeoutMs);
+    // Another program's write is waited out for a few seconds before a call reports Locked.
+    m_busyWait.install(m_db, path);
 
     // Reading the header is what tells a store from any other file.
     auto pragmaInt = [this](const char *sql, int *value) {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "archiveerror.h"
+#include "busywait.h"
 #include "recordlayout.h"
 
 #include <QByteArray>
@@ -95,6 +96,7 @@ private:
 
     sqlite3 *m_db = nullptr;
     QString m_path;
+    BusyWait m_busyWait;
     QHash<QByteArray, sqlite3_stmt *> m_cache;
     ArchiveError m_lastError = Ok;
     QString m_errorText;

@@ -1,5 +1,6 @@
 #include "archivetext.h"
 
+#include "archives/store/fieldcheck.h"
 #include "core/cp1252.h"
 
 #include <QSet>
@@ -37,6 +38,16 @@ int storedByte(char32_t c)
     if (!cp1252::isRepresentable(c))
         return -1;
     return static_cast<unsigned char>(cp1252::encode(QString::fromUcs4(&c, 1)).at(0));
+}
+
+// A control character written as it is: the format wants it between quotes as \xHH, so that
+// a line never holds a character the eye cannot see.
+QString rawControl(QChar c)
+{
+    const QString code = QStringLiteral("%1").arg(int(c.unicode()), 2, 16, QChar(u'0')).toUpper();
+    return QStringLiteral("carattere di controllo di codice %1 scritto così com'è: va scritto "
+                          "\\x%1 tra virgolette")
+        .arg(code);
 }
 
 int hexValue(QChar c)
@@ -204,6 +215,8 @@ ArchiveText::Line ArchiveText::parse(QStringView line, std::optional<ErpRecord> 
                     closed = true;
                     break;
                 }
+                if (isControl(c.unicode()))
+                    return invalid(name, rawControl(c));
                 if (c != u'\\') {
                     value += c;
                     continue;
@@ -230,10 +243,13 @@ ArchiveText::Line ArchiveText::parse(QStringView line, std::optional<ErpRecord> 
                                                     "spazio"));
         } else {
             const QStringView bare = token();
-            for (QChar c : bare)
+            for (QChar c : bare) {
                 if (c == u'"' || c == u'=')
                     return invalid(name, QStringLiteral("un valore con '\"' o '=' va scritto "
                                                         "tra virgolette"));
+                if (isControl(c.unicode()))
+                    return invalid(name, rawControl(c));
+            }
             value = bare.toString();
         }
 
@@ -269,8 +285,15 @@ ArchiveText::Line ArchiveText::parse(QStringView line, std::optional<ErpRecord> 
             return invalid(name, QStringLiteral("valore di %1 caratteri, il campo ne contiene %2")
                                      .arg(bytes.size())
                                      .arg(field->width));
+        if (const QString wrong = fieldValueProblem(*field, bytes); !wrong.isEmpty())
+            return invalid(name, wrong);
         result.buffer().replace(field->offset, bytes.size(), bytes);
     }
+    for (const FieldDef &field : layout->fields(type))
+        if (field.required && isBlankValue(result.bytes(field)))
+            return invalid(field.name, QStringLiteral("manca il valore, obbligatorio nei record "
+                                                      "dell'archivio %1")
+                                           .arg(archive));
     record->emplace(std::move(result));
     return Line::Record;
 }

@@ -1,6 +1,7 @@
 #include "archivetextfile.h"
 
 #include "archives/store/archiveerror.h"
+#include "archives/store/archiveerrortext.h"
 #include "archives/store/archivenumbers.h"
 #include "archives/store/archivewriter.h"
 #include "archivetext.h"
@@ -34,8 +35,22 @@ public:
         int found = 0;
         std::optional<ErpRecord> record;
         while (!file.atEnd()) {
-            QByteArray bytes = file.readLine();
+            QByteArray bytes = file.readLine(ArchiveTextFile::MaxLineBytes);
             ++lineNumber;
+            // A line cut by the limit, not by its end: the rest is skipped unread, so that
+            // memory stays bounded whatever the file holds.
+            if (!bytes.endsWith('\n') && !file.atEnd()) {
+                while (!file.atEnd() &&
+                       !file.readLine(ArchiveTextFile::MaxLineBytes).endsWith('\n')) {
+                }
+                if (++found <= ArchiveTextFile::MaxProblems)
+                    problems->append(
+                        describe(lineNumber, {{},
+                                              QStringLiteral("riga troppo lunga: più di %1 "
+                                                             "caratteri")
+                                                  .arg(ArchiveTextFile::MaxLineBytes)}));
+                continue;
+            }
             if (lineNumber == 1 && bytes.startsWith("\xEF\xBB\xBF"))
                 bytes.remove(0, 3);
             while (bytes.endsWith('\n') || bytes.endsWith('\r'))
@@ -94,25 +109,32 @@ bool ArchiveTextFile::dump(ErpSession &session, int archive, int key, QTextStrea
                      .arg(keys.join(QStringLiteral(", ")));
         return false;
     }
+    const QString described = archiveDescription(session.manager(), archive);
     if (const qint32 code = session.open(archive, ReadOnly); code != Ok) {
         *error =
-            QStringLiteral("Impossibile aprire l'archivio %1 (errore %2).").arg(archive).arg(code);
+            QStringLiteral("Impossibile aprire l'%1: %2.").arg(described, archiveErrorText(code));
         return false;
     }
     ErpRecord record(archive);
+    qint64 written = 0;
     bool ok = session.readFirst(record, key, QByteArray());
     while (ok) {
         record.setRecordType(ArchiveText::recordTypeOf(archive, record.buffer()));
         out << ArchiveText::format(record) << '\n';
+        ++written;
         ok = session.readNext(record);
     }
     const qint32 last = session.lastError();
     session.close(archive);
     out.flush();
+    // The end of the archive ends the dump; any other failure cuts it short, and the lines
+    // written are only part of the archive.
     if (last != EndOfArchive && last != NotFound) {
-        *error = QStringLiteral("Lettura dell'archivio %1 interrotta (errore %2).")
-                     .arg(archive)
-                     .arg(last);
+        *error = QStringLiteral("Lettura dell'%1 interrotta dopo %2 record: %3. Le righe scritte "
+                                "sono solo una parte dell'archivio.")
+                     .arg(described)
+                     .arg(written)
+                     .arg(archiveErrorText(last));
         return false;
     }
     return true;

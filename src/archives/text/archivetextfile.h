@@ -15,6 +15,9 @@ class ArchiveTextFile
 public:
     // How many problems a refused file reports at most.
     static constexpr int MaxProblems = 20;
+    // The longest line read, in bytes: far more than the widest record written with every
+    // character escaped; a longer line is refused without being read into memory.
+    static constexpr int MaxLineBytes = 64 * 1024;
 
     // Writes every record of the archive, in the order of the key, one line each. Opens the
     // archive for reading through the session and closes it after. False with the reason.

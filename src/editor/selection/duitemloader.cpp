@@ -1,9 +1,12 @@
 #include "duitemloader.h"
 
+#include "archives/store/archiveerror.h"
+#include "archives/store/archiveerrortext.h"
 #include "archives/store/archivenumbers.h"
 #include "archives/store/erprecord.h"
 #include "archives/store/erpsession.h"
 #include "core/money.h"
+#include "core/prompter.h"
 #include "startup/errortrap.h"
 
 namespace pg::editor {
@@ -41,6 +44,7 @@ DueItemLoader::Result DueItemLoader::cmdGenera_Click(distinta::Distinta &d)
         // The items are of the distinta's kind, whatever the selection last chose.
         m_filter.requireKind(d.hasHeader() ? d.header().flg_tipo : m_values.tipoDistinta);
         const DueItemLayout &layout = DueItemLayout::instance();
+        const int rowsBefore = d.righe.size();
         archives::ErpRecord record(archives::Scadenze);
         bool ok = m_erp->readFirst(record, 1, QByteArray());
         while (ok) {
@@ -63,8 +67,46 @@ DueItemLoader::Result DueItemLoader::cmdGenera_Click(distinta::Distinta &d)
             }
             ok = m_erp->readNext(record);
         }
+        // The walk ends at the end of the archive (or on an empty one); any other code is a
+        // read that failed, and what lies beyond it was never seen.
+        const qint32 code = m_erp->lastError();
+        if (code == archives::EndOfArchive || code == archives::NotFound)
+            return;
+        result.readError = code;
+        if (!keepRowsAfterReadError(result)) {
+            for (int i = d.righe.size() - 1; i >= rowsBefore; --i)
+                d.righe.removeAt(i);
+            result.added = 0;
+        }
     });
     return result;
+}
+
+QString DueItemLoader::readErrorMessage(const Result &result) const
+{
+    return QStringLiteral(
+               "La lettura delle scadenze si è interrotta per un errore nel leggere l'%1: "
+               "%2.")
+               .arg(archives::archiveDescription(m_erp->manager(), archives::Scadenze),
+                    archives::archiveErrorText(result.readError)) +
+           QStringLiteral("\r\nScadenze lette: %1; righe trovate fino all'errore: %2. Le "
+                          "scadenze che seguono non sono state lette.")
+               .arg(result.read)
+               .arg(result.added);
+}
+
+bool DueItemLoader::keepRowsAfterReadError(const Result &result) const
+{
+    const QString message = readErrorMessage(result);
+    if (m_onReadError == OnReadError::Refuse || result.added == 0) {
+        msgBox(message + QStringLiteral("\r\nNessuna riga è stata aggiunta alla distinta."),
+               Buttons::Ok, Icon::Critical);
+        return false;
+    }
+    return msgBox(message + QStringLiteral("\r\n\r\nAggiungere comunque alla distinta le %1 righe "
+                                           "trovate?")
+                                .arg(result.added),
+                  Buttons::YesNo, Icon::Exclamation) == Answer::Yes;
 }
 
 bool DueItemLoader::AggiungiRighe(distinta::Distinta &d, QByteArrayView record)

@@ -1,6 +1,7 @@
 #include "duitemprogress.h"
 
 #include "lists/usersettings.h"
+#include "ui/progresswindow.h"
 #include "ui/waitcursor.h"
 
 #include <QCoreApplication>
@@ -8,15 +9,10 @@
 
 namespace pg::editor {
 
-DueItemProgress::DueItemProgress(QWidget *parent) : m_dialog(new QProgressDialog(parent))
+DueItemProgress::DueItemProgress(QWidget *parent)
+    : m_dialog(ui::progressWindow(parent, QStringLiteral("SELEZIONE"),
+                                  QStringLiteral("Lettura delle scadenze in corso...")))
 {
-    m_dialog->setWindowTitle(QStringLiteral("SELEZIONE"));
-    m_dialog->setLabelText(QStringLiteral("Lettura delle scadenze in corso..."));
-    m_dialog->setCancelButtonText(QStringLiteral("&Annulla"));
-    m_dialog->setWindowModality(Qt::WindowModal);
-    m_dialog->setAutoClose(false);
-    m_dialog->setAutoReset(false);
-    m_dialog->setMinimumDuration(400);
     // The number of due items is not known in advance: the bar shows that work goes on.
     m_dialog->setRange(0, 0);
     m_dialog->setValue(0);

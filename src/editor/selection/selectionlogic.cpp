@@ -13,6 +13,8 @@
 #include "distinta/programvalues.h"
 #include "startup/errortrap.h"
 
+#include <cmath>
+
 namespace pg::editor {
 
 using archives::ErpRecord;
@@ -403,13 +405,22 @@ bool SelectionLogic::amountOf(Box box, double defaultValue, double *value)
         *value = defaultValue;
         return true;
     }
-    if (!typed.isValid())
+    if (!readAmount(text(box), value))
         return false;
     if (typed.plain != text(box)) {
         m_form.texts[box] = typed.plain;
         changed();
     }
-    *value = typed.value;
+    return true;
+}
+
+bool SelectionLogic::readAmount(const QString &typed, double *value)
+{
+    // Read as the clerk types amounts; none below zero or beyond what the filter's cents hold.
+    const vb::TypedAmount amount = vb::TypedAmount::read(typed);
+    if (!amount.isValid() || amount.value < 0 || amount.value > SelectionValues::MaxImporto)
+        return false;
+    *value = amount.value;
     return true;
 }
 

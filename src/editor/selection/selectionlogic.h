@@ -88,6 +88,10 @@ public:
     static int maxLength(Box box);
     static bool isDateBox(Box box);
     static bool isEmptyDate(const QString &text);
+    // The text of an amount box read as the confirmation reads it (as the clerk types amounts,
+    // see vb::TypedAmount). False when it is not one, or lies outside 0 to
+    // SelectionValues::MaxImporto (beyond, it would overflow the cents every comparison takes).
+    static bool readAmount(const QString &typed, double *value);
 
     const Form &form() const { return m_form; }
     QString text(Box box) const { return m_form.texts.at(box); }

@@ -70,6 +70,17 @@ const QList<MainWindowLoad::ArchiveOpen> &MainWindowLoad::openingOrder()
     return order;
 }
 
+QString MainWindowLoad::openFailureMessage(int archive, const QString &cause)
+{
+    QString message;
+    for (const ArchiveOpen &open : openingOrder())
+        if (open.archive == archive)
+            message = open.message;
+    if (!cause.isEmpty())
+        message += QStringLiteral("\r\n") + cause;
+    return message;
+}
+
 const QList<int> &MainWindowLoad::closingOrder()
 {
     using namespace archives;

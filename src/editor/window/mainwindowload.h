@@ -65,6 +65,9 @@ public:
     bool CheckArchiveRelease();
 
     static const QList<ArchiveOpen> &openingOrder();
+    // The message of an archive of the opening order that cannot be opened, with the cause
+    // on the next line when it is known.
+    static QString openFailureMessage(int archive, const QString &cause = {});
     static const QList<int> &closingOrder();
     static QString expectedRelease() { return QStringLiteral("07.00.00"); }
 

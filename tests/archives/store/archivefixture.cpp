@@ -58,6 +58,19 @@ QString ArchiveFixture::load(const QList<std::pair<int, QByteArray>> &records) c
     return {};
 }
 
+bool ArchiveFixture::insertAsIs(int archive, const QByteArray &record) const
+{
+    const ArchiveLayout &layout = *RecordLayouts::instance().archive(archive);
+    QByteArray columns = "record";
+    QByteArray values = "X'" + record.toHex() + '\'';
+    for (int key : layout.keyNumbers()) {
+        columns += ", chiave_" + QByteArray::number(key);
+        values += ", X'" + layout.keyOf(record, key).toHex() + '\'';
+    }
+    return execOnStore(companyStore(), "INSERT INTO archivio_" + QByteArray::number(archive) +
+                                           " (" + columns + ") VALUES (" + values + ')');
+}
+
 bool ArchiveFixture::copyStoresFrom(const ArchiveFixture &other) const
 {
     return QFile::copy(other.companyStore(), companyStore()) &&

@@ -32,6 +32,9 @@ public:
 
     // Writes the records through the archive writer; the reason when it refused.
     QString load(const QList<std::pair<int, QByteArray>> &records) const;
+    // Writes a record straight into the company store's table, beside any with the same keys,
+    // as stores written before the load refused a second record of a unique key may hold it.
+    bool insertAsIs(int archive, const QByteArray &record) const;
     // Copies the store files of another installation (built once, used by many tests).
     bool copyStoresFrom(const ArchiveFixture &other) const;
 

@@ -5,6 +5,7 @@
 
 #include "archives/store/archiveerror.h"
 #include "archives/store/archivenumbers.h"
+#include "archives/store/busywait.h"
 #include "archives/store/embeddedarchivestore.h"
 #include "archives/store/erprecord.h"
 #include "archives/store/libraryrecordmanager.h"
@@ -12,9 +13,11 @@
 
 #include <QDir>
 #include <QFile>
+#include <QScopeGuard>
 #include <QTest>
 
 #include <memory>
+#include <thread>
 
 using namespace pg;
 using namespace pg::archives;
@@ -108,6 +111,9 @@ private slots:
     void rewriteRefusals_data();
     void rewriteRefusals();
     void rewriteDuringAWalk();
+    void damagedPageIsNotTheEnd();
+    void busyStoreIsWaitedFor_data();
+    void busyStoreIsWaitedFor();
     void rewriteMovingKey1();
 
 private:
@@ -126,10 +132,12 @@ void TestRecordManager::initTestCase()
 {
     QVERIFY(m_template.isValid());
     QList<std::pair<int, QByteArray>> records;
-    for (char name = 'A'; name <= 'F'; ++name)
+    for (char name = 'A'; name <= 'E'; ++name)
         records.append({Scadenze, item(name)});
     records.append({TabelleComuni, test::bankAgency()});
     QCOMPARE(m_template.load(records), QString());
+    // F shares key 2 with D: the load refuses that, a store may still hold it.
+    QVERIFY(m_template.insertAsIs(Scadenze, item('F')));
 }
 
 void TestRecordManager::initTestCase_data()
@@ -142,6 +150,8 @@ void TestRecordManager::initTestCase_data()
 void TestRecordManager::init()
 {
     QFETCH_GLOBAL(int, implementation);
+    // A store held by another program is waited for this long before a call fails.
+    qputenv("PAGAMENTI_ARCHIVE_WAIT", "0.2");
     m_fx = std::make_unique<ArchiveFixture>();
     QVERIFY(m_fx->isValid());
     m_fx->writeIniFiles();
@@ -573,6 +583,107 @@ void TestRecordManager::rewriteMovingKey1()
     QByteArray byNewKey = withKey(Scadenze, 1, dueItems().keyOf(moved.buffer(), 1));
     QCOMPARE(outcome(m_rm->LetturaEqRec32(Session, Scadenze, 1, byNewKey)), qint32(Ok));
     QCOMPARE(byNewKey, moved.buffer());
+}
+
+void TestRecordManager::damagedPageIsNotTheEnd()
+{
+    // Enough due items for many pages, then garbage over pages in the middle of the file.
+    ArchiveFixture fx;
+    QList<std::pair<int, QByteArray>> records;
+    const int count = 3000;
+    for (int i = 0; i < count; ++i)
+        records.append(
+            {Scadenze, test::dueItem(QString::number(i), QStringLiteral("F"),
+                                     QStringLiteral("%1").arg(i, 13, 10, QChar(u'0')),
+                                     QStringLiteral("20240110"), QStringLiteral("F000010"))});
+    QCOMPARE(fx.load(records), QString());
+    QFile store(fx.companyStore());
+    QVERIFY(store.open(QIODevice::ReadWrite));
+    QVERIFY(store.seek(store.size() / 2 / 4096 * 4096));
+    store.write(QByteArray(16 * 4096, '\x5a'));
+    store.close();
+
+    // The record manager of the test, on these archives (the library finds them through the
+    // suite's ini files).
+    QFETCH_GLOBAL(int, implementation);
+    m_rm->VBEnd(Session);
+    fx.writeIniFiles();
+    if (implementation == Embedded)
+        m_rm = std::make_unique<EmbeddedArchiveStore>(fx.companyDir(), fx.commonDir());
+    else
+        m_rm = std::make_unique<LibraryRecordManager>(
+            QStringLiteral(PAGAMENTI_BINARY_DIR "/bin/tqzdbm32"));
+    QVERIFY(m_rm->VBInit(Session) != 0);
+    open(Session, Scadenze, ReadOnly);
+    QByteArray record;
+    int read = 0;
+    qint32 code = outcome(m_rm->LetturaFirstRec32(Session, Scadenze, 1, record, QByteArray()));
+    while (code == Ok) {
+        ++read;
+        code = outcome(m_rm->LetturaNextRec32(Session, Scadenze, record));
+    }
+    // The walk stops at the damage and says so: the end of the archive is another code.
+    QCOMPARE(code, qint32(Damaged));
+    QVERIFY(read < count);
+    m_rm->VBEnd(Session);
+    m_rm.reset();
+}
+
+void TestRecordManager::busyStoreIsWaitedFor_data()
+{
+    // How long another program holds the store (-1: until the call has returned), the
+    // longest wait in seconds, and whether the observer ends the wait at its first notice.
+    QTest::addColumn<int>("holdMs");
+    QTest::addColumn<QByteArray>("wait");
+    QTest::addColumn<bool>("cancel");
+    QTest::addColumn<int>("expected");
+    QTest::newRow("a brief hold is waited out") << 300 << QByteArray("5") << false << int(Ok);
+    QTest::newRow("a hold longer than the wait") << -1 << QByteArray("0.3") << false
+                                                  << int(Locked);
+    QTest::newRow("the wait shown and ended") << -1 << QByteArray("5") << true << int(Locked);
+}
+
+void TestRecordManager::busyStoreIsWaitedFor()
+{
+    QFETCH_GLOBAL(int, implementation);
+    QFETCH(int, holdMs);
+    QFETCH(QByteArray, wait);
+    QFETCH(bool, cancel);
+    QFETCH(int, expected);
+    if (cancel && implementation == Library)
+        QSKIP("the library keeps its own observer: only the program's stores tell the wait");
+    qputenv("PAGAMENTI_ARCHIVE_WAIT", wait);
+    QList<BusyWait::Notice> notices;
+    BusyWait::setObserver([&](const BusyWait::Notice &notice) {
+        notices << notice;
+        return !cancel;
+    });
+    const auto noObserver = qScopeGuard([] { BusyWait::setObserver({}); });
+
+    open(Session, Scadenze, ReadRewrite);
+    QByteArray record = withKey(Scadenze, 2, "F0000000000001");
+    QCOMPARE(outcome(m_rm->LetturaEqRec32(Session, Scadenze, 2, record)), qint32(Ok));
+    StoreConnection holder(m_fx->companyStore());
+    QVERIFY(holder.exec("BEGIN IMMEDIATE; UPDATE archivio_38 SET record = record"));
+    std::thread release;
+    if (holdMs >= 0)
+        release = std::thread([&holder, holdMs] {
+            std::this_thread::sleep_for(std::chrono::milliseconds(holdMs));
+            holder.exec("ROLLBACK");
+        });
+    const qint32 code = outcome(m_rm->RiscritturaRec32(Session, Scadenze, changed(record)));
+    if (release.joinable())
+        release.join();
+    else
+        QVERIFY(holder.exec("ROLLBACK"));
+    QCOMPARE(code, qint32(expected));
+    QCOMPARE(stored('B'), expected == Ok ? changed(item('B')) : item('B'));
+    if (cancel) {
+        QCOMPARE(notices.size(), 1);
+        QVERIFY(notices.first().first);
+        QCOMPARE(notices.first().path, m_fx->companyStore());
+        QCOMPARE(notices.first().limitMs, 5000);
+    }
 }
 
 QTEST_GUILESS_MAIN(TestRecordManager)

@@ -8,6 +8,7 @@
 
 #include <QDir>
 #include <QFile>
+#include <QRegularExpression>
 #include <QTemporaryDir>
 #include <QTest>
 
@@ -25,6 +26,9 @@ private slots:
     void typesAndBlanks();
     void badLinesNameLineAndField_data();
     void badLinesNameLineAndField();
+    void dueItemFieldsChecked_data();
+    void dueItemFieldsChecked();
+    void overlongLineSkipped();
     void refusedFileWritesNothing();
     void dumpLoadDumpGivesTheSameText();
 
@@ -190,6 +194,85 @@ void TestArchiveText::badLinesNameLineAndField()
     QVERIFY2(problems.first().startsWith(where), qPrintable(problems.first()));
 }
 
+void TestArchiveText::dueItemFieldsChecked_data()
+{
+    // One field of a complete due item given another value ("" leaves the field out), the
+    // field refused (empty when the line loads) and words of the reason.
+    QTest::addColumn<QString>("field");
+    QTest::addColumn<QString>("value");
+    QTest::addColumn<QString>("problem");
+    auto row = [](const char *name, const char *field, const char *value, const char *problem) {
+        QTest::newRow(name) << QString::fromUtf8(field) << QString::fromUtf8(value)
+                            << QString::fromUtf8(problem);
+    };
+    row("amount right-aligned", "imp_dapag_val", "\"        -48.88\"", "");
+    row("amount without decimals", "imp_dapag_val", "1500", "");
+    row("amount with a comma", "imp_dapag_val", "12x34,5", "importo \"12x34,5\" non valido");
+    row("amount in letters", "imp_dapag_eur", "abc", "importo \"abc\" non valido");
+    row("amount with an exponent", "imp_dapag_val", "1.5e3", "importo \"1.5e3\" non valido");
+    row("exponent without a point", "imp_dapag_eur", "1e5", "importo \"1e5\" non valido");
+    row("three decimals", "imp_pag_val", "48.885", "al massimo 2 decimali");
+    row("two points", "imp_pag_eur", "1.000.00", "non valido");
+    row("29 February of a leap year", "data_scad", "20240229", "");
+    row("month 13", "data_scad", "20251399", "data \"20251399\" non valida");
+    row("29 February of another year", "data_doc", "20250229", "non valida");
+    row("date of six digits", "data_dist", "250331", "non valida");
+    row("rate of zero", "cambio", "0.000000", "cambio \"0.000000\" non valido");
+    row("rate with a sign", "cambio", "-1.5", "non valido");
+    row("account code with a letter", "cod_clifor", "40001A", "solo cifre");
+    row("payment type out of the list", "tipo_pag", "X", "i valori possibili sono 0, 1");
+    row("distinta state out of the list", "stato_dist", "9", "0, 3, 4, 5");
+    row("control character as it is", "num_doc", "12\x01", "carattere di controllo di codice 01");
+    row("control character between quotes", "descrizione", "\"a\tb\"", "codice 09");
+    row("control character written \\x", "descrizione", "\"a\\x09b\"", "");
+    row("empty link", "link", "\"\"", "manca il valore");
+    row("no flag", "flag_colpar", "", "manca il valore");
+    row("no amount in euro", "imp_dapag_eur", "", "manca il valore");
+}
+
+void TestArchiveText::dueItemFieldsChecked()
+{
+    QFETCH(QString, field);
+    QFETCH(QString, value);
+    QFETCH(QString, problem);
+    QString line = QStringLiteral(
+        "38 * flag_colpar=P link=2025000012301 stato=0 tipo_pag=6 data_scad=20250331 "
+        "ind_clifor=F cod_clifor=400017 num_doc=1234 data_doc=20250203 num_rata=02 "
+        "valuta=EU cambio=1.000000 imp_dapag_val=48.88 imp_dapag_eur=48.88 stato_dist=0 "
+        "mark_dist=0");
+    const QRegularExpression pair(u' ' + field + QStringLiteral("=\\S*"));
+    line.remove(pair);
+    if (!value.isEmpty())
+        line += u' ' + field + u'=' +
+                QString(value).replace(QStringLiteral("\\t"), QStringLiteral("\t"));
+    std::optional<ErpRecord> parsed;
+    ArchiveText::Problem found;
+    const ArchiveText::Line kind = ArchiveText::parse(line, &parsed, &found);
+    if (problem.isEmpty()) {
+        QVERIFY2(kind == ArchiveText::Line::Record, qPrintable(found.message));
+        return;
+    }
+    QCOMPARE(kind, ArchiveText::Line::Invalid);
+    QCOMPARE(found.field, field);
+    QVERIFY2(found.message.contains(problem), qPrintable(found.message));
+}
+
+void TestArchiveText::overlongLineSkipped()
+{
+    // A value of megabytes is refused without being read into memory, and the lines after it
+    // are still checked, with their own numbers.
+    QByteArray text = "0 * cod_clifor=400001 ragsoc=\"" +
+                      QByteArray(4 * ArchiveTextFile::MaxLineBytes, 'x') + "\"\n" +
+                      "0 * cod_clifor=4000Z1\n";
+    const QStringList problems =
+        ArchiveTextFile::validate(writeText(QStringLiteral("long.txt"), text));
+    QCOMPARE(problems,
+             (QStringList{QStringLiteral("riga 1: riga troppo lunga: più di %1 caratteri")
+                              .arg(ArchiveTextFile::MaxLineBytes),
+                          QStringLiteral("riga 2, campo cod_clifor: valore \"4000Z1\" non valido: "
+                                         "sono ammesse solo cifre")}));
+}
+
 void TestArchiveText::refusedFileWritesNothing()
 {
     QTemporaryDir dir(QDir::tempPath() + QStringLiteral("/pgtXXXXXX"));
@@ -198,11 +281,13 @@ void TestArchiveText::refusedFileWritesNothing()
     QVERIFY2(demo.write(QByteArray("schema"), true, &error), qPrintable(error));
 
     // Good lines in both stores, then a bad one near the end, then many bad ones.
+    const QByteArray dueItem = "38 * tipo_pag=6 ind_clifor=F cod_clifor=400001 "
+                               "imp_dapag_val=10.00 imp_dapag_eur=10.00 data_scad=20250331 ";
     QByteArray text = "15 VL_ codice=EU des_valuta=EURO decimali=2\n"
-                      "0 * cod_clifor=400001 ind_clifor=F ragsoc=\"Bellè & Figli\"\n"
-                      "38 * flag_colpar=P link=2025000000101 data_scad=20250331\n"
-                      "38 * flag_colpar=P link=2025000000201 descrizione=\"" +
-                      QByteArray(41, 'x') + "\"\n";
+                      "0 * cod_clifor=400001 ind_clifor=F ragsoc=\"Bellè & Figli\"\n" +
+                      dueItem + "flag_colpar=P link=2025000000101\n" + dueItem +
+                      "flag_colpar=P link=2025000000201 descrizione=\"" + QByteArray(41, 'x') +
+                      "\"\n";
     for (int i = 0; i < ArchiveTextFile::MaxProblems + 5; ++i)
         text += "38 * nessuno=1\n";
     const QString path = writeText(QStringLiteral("refused.txt"), text);
@@ -220,7 +305,7 @@ void TestArchiveText::refusedFileWritesNothing()
     // The same file without its bad lines loads whole.
     const QString good =
         writeText(QStringLiteral("good.txt"),
-                  text.left(text.indexOf("38 * flag_colpar=P link=2025000000201")));
+                  text.left(text.indexOf(dueItem + "flag_colpar=P link=2025000000201")));
     QMap<int, qint64> counts;
     QVERIFY(ArchiveTextFile::load(good, demo.companyArchiveDir(), demo.commonArchiveDir(),
                                   &problems, &counts));

@@ -1,6 +1,8 @@
+#include "faultyrecordmanager.h"
 #include "scriptedprompter.h"
 #include "testinstallation.h"
 
+#include "archives/store/archiveerror.h"
 #include "archives/store/archivenumbers.h"
 #include "core/vbformat.h"
 #include "distinta/distinta.h"
@@ -109,6 +111,8 @@ private slots:
     void description_data();
     void description();
     void cancelledWalkKeepsTheRowsAdded();
+    void readErrorStopsTheWalk_data();
+    void readErrorStopsTheWalk();
 };
 
 void TestDueItemLoader::filter_data()
@@ -379,6 +383,63 @@ void TestDueItemLoader::cancelledWalkKeepsTheRowsAdded()
     QCOMPARE(reports,
              (QList<qint64>{DueItemLoader::ProgressInterval, DueItemLoader::ProgressInterval / 2}));
     QCOMPARE(d.righe.size(), DueItemLoader::ProgressInterval / 2);
+}
+
+void TestDueItemLoader::readErrorStopsTheWalk_data()
+{
+    QTest::addColumn<bool>("ask");      // the clerk is there to say (the desktop)
+    QTest::addColumn<int>("answer");    // the clerk's answer, when asked
+    QTest::addColumn<int>("rowsAfter"); // the distinta's rows after the walk
+    QTest::newRow("kept at the clerk's word") << true << int(Answer::Yes) << 3;
+    QTest::newRow("left out at the clerk's word") << true << int(Answer::No) << 1;
+    QTest::newRow("nobody to ask: left out") << false << -1 << 1;
+}
+
+void TestDueItemLoader::readErrorStopsTheWalk()
+{
+    QFETCH(bool, ask);
+    QFETCH(int, answer);
+    QFETCH(int, rowsAfter);
+    test::ScriptedPrompter prompter;
+    if (answer >= 0)
+        prompter.script({Answer(answer)});
+    TestInstallation inst;
+    QVERIFY(inst.isValid());
+    QList<ErpRecord> records;
+    for (int i = 1; i <= 5; ++i)
+        records << item(link(i));
+    QVERIFY(inst.put(records));
+    test::FaultyRecordManager faulty(inst.store());
+    archives::ErpSession erp(faulty, TestInstallation::Handle);
+
+    // A distinta that already has a row of its own: the walk's failure leaves it alone.
+    distinta::Distinta d = newDistinta();
+    DueItemLoader(inst.erp(), selection(QStringLiteral("due_to=20261130")), DefaultDesPag,
+                  DueItemCausali())
+        .AggiungiRighe(d, item(link(9)).buffer());
+    DueItemLoader loader(erp, selection({}), DefaultDesPag, DueItemCausali());
+    loader.setOnReadError(ask ? DueItemLoader::OnReadError::Ask
+                              : DueItemLoader::OnReadError::Refuse);
+    // The third record cannot be read: the first two were, the last three never are.
+    faulty.failNextReadsFrom(2);
+    const DueItemLoader::Result result = loader.cmdGenera_Click(d);
+
+    QCOMPARE(result.readError, qint32(archives::IoError));
+    QCOMPARE(result.read, 2);
+    QCOMPARE(result.added, rowsAfter - 1);
+    QCOMPARE(d.righe.size(), rowsAfter);
+    QCOMPARE(d.righe.at(0).des_link_orvida, link(9));
+    QCOMPARE(prompter.shown().size(), 1);
+    const Message &m = prompter.shown().first();
+    // The archive and the reason (a record manager other than the embedded store keeps its
+    // files to itself), what was read and what was found.
+    QVERIFY2(
+        m.text.startsWith(QStringLiteral(
+            "La lettura delle scadenze si è interrotta per un errore nel leggere l'archivio 38 "
+            "(Scadenze): errore di lettura o scrittura del file (errore 12).\r\nScadenze "
+            "lette: 2; righe trovate fino all'errore: 2.")),
+        qPrintable(m.text));
+    QCOMPARE(m.buttons, ask ? Buttons::YesNo : Buttons::Ok);
 }
 
 QTEST_GUILESS_MAIN(TestDueItemLoader)

@@ -184,6 +184,11 @@ void TestSelectionLogic::confirmChecksInOrder_data()
         L::ImpMassimo);
     row("grouped maximum with decimals", {"1.000,60", "1.000,50", "", "", "03069", "01600"},
         "Importi non coerenti", L::ImpMinimo);
+    // Beyond any amount (it would overflow the cents the filter compares), or below zero.
+    row("minimum beyond any amount", {"1e308", "-1", "", "", "03069", "01600"},
+        "Importo non valido: \"1e308\".\r\nScrivere l'importo con la virgola per i decimali e, "
+        "se si vuole, il punto per le migliaia (per esempio 1.234,56).",
+        L::ImpMinimo);
     row("dates wrong, no bank", {"500", "1.000", "01/12/2026", "30/11/2026", "", ""},
         "Date non coerenti", L::DataScadDa);
     row("no bank", {"", "", "30/11/2026", "30/11/2026", "", "01600"}, "Banca obbligatoria!",
